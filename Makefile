@@ -1,0 +1,39 @@
+# Entry points; see README.md. Everything builds with CMake and Ninja.
+BUILD ?= build
+JOBS ?= $(shell nproc)
+
+.PHONY: deps build run test bench asan fuzz clean
+
+deps:
+	bash scripts/install-deps
+
+build:
+	cmake -S . -B $(BUILD) -G Ninja -DCMAKE_BUILD_TYPE=RelWithDebInfo
+	cmake --build $(BUILD) -j $(JOBS)
+
+# The main job: the code lists of standards, zones and categories.
+run: build
+	$(BUILD)/cli/qvroofload lists
+
+test: build
+	ctest --test-dir $(BUILD) --output-on-failure -j $(JOBS)
+
+bench: build
+	$(BUILD)/bench/qvrl_bench
+
+# The tests again under AddressSanitizer and UndefinedBehaviorSanitizer.
+asan:
+	cmake -S . -B build-asan -G Ninja -DCMAKE_BUILD_TYPE=Debug -DQVRL_SANITIZE=ON -DQVRL_BENCH=OFF
+	cmake --build build-asan -j $(JOBS)
+	ctest --test-dir build-asan --output-on-failure -j $(JOBS)
+
+# Each fuzz target for FUZZ_SECONDS seconds.
+FUZZ_SECONDS ?= 15
+fuzz:
+	CC=clang CXX=clang++ cmake -S . -B build-fuzz -G Ninja -DCMAKE_BUILD_TYPE=RelWithDebInfo \
+	  -DQVRL_FUZZ=ON -DQVRL_SANITIZE=ON -DQVRL_TESTS=OFF -DQVRL_BENCH=OFF
+	cmake --build build-fuzz -j $(JOBS)
+	bash scripts/run-fuzz build-fuzz/fuzz $(FUZZ_SECONDS)
+
+clean:
+	rm -rf $(BUILD) build-asan build-fuzz

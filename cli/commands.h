@@ -1,0 +1,19 @@
+#pragma once
+// Subcommands of the qvroofload tool. Each registers itself on the app and
+// returns through the exit code it stores.
+
+#include <CLI/CLI.hpp>
+
+namespace qvrl::cli {
+
+struct Context {
+    int exitCode = 0;
+    std::string language;  // "", "deu" or "eng"
+};
+
+void AddListsCommand(CLI::App& app, Context& ctx);
+
+// Applies --lang after the language objects are set up.
+void ApplyLanguage(const Context& ctx);
+
+}  // namespace qvrl::cli

@@ -1,0 +1,25 @@
+#include <iostream>
+
+#include "commands.h"
+#include "support/errors.h"
+
+int main(int argc, char** argv) {
+    CLI::App app{"QVRoofLoad: snow, wind, dead and live loads on roofs (DIN 1055, EN 1991-1-3/-1-4)", "qvroofload"};
+    app.require_subcommand(1);
+    qvrl::cli::Context ctx;
+    app.add_option("--lang", ctx.language, "Language of the texts: deu or eng (default: the LanguageShell setting)")
+        ->check(CLI::IsMember({"deu", "eng"}));
+    qvrl::cli::AddListsCommand(app, ctx);
+    try {
+        app.parse(argc, argv);
+    } catch (const CLI::ParseError& e) {
+        return app.exit(e);
+    } catch (const qvrl::RuntimeError& e) {
+        std::cerr << "qvroofload: error " << e.number() << ": " << e.description() << "\n";
+        return 1;
+    } catch (const std::exception& e) {
+        std::cerr << "qvroofload: " << e.what() << "\n";
+        return 1;
+    }
+    return ctx.exitCode;
+}

@@ -1,0 +1,48 @@
+#pragma once
+// The one home of process-wide state. Whatever lives as long as the process
+// and is shared by all objects is a named member here; nothing else keeps
+// globals. Objects are used from one thread at a time.
+
+#include <cstdint>
+#include <memory>
+#include <string>
+
+namespace qvrl {
+
+class CLocLite;
+class Platform;
+
+struct ModuleState {
+    // User interface services; headless unless a host installs another.
+    std::shared_ptr<Platform> platform;
+
+    // Language objects: the active language and the German fallback. Created
+    // by the first object that needs texts.
+    std::unique_ptr<CLocLite> locActive;
+    std::unique_ptr<CLocLite> locFallback;
+    int32_t nextLanguageHandle = 1;
+
+    // Set of selectable standards, as "_1_3_".
+    std::string SelectableCodesCtrl;
+    bool UseBauforschungsbericht = false;
+    // Version of the block file last read.
+    int16_t FileVersion = 0;
+    // Standard the zone tables are opened for.
+    int16_t ZoneTableNorm = 3;
+    // Once a database could not be opened in place, copies in the temporary
+    // folder are used for the rest of the process.
+    bool CopyToTemp = false;
+
+    ModuleState();
+    ~ModuleState();
+};
+
+// The process's state.
+ModuleState& State();
+// Back to a fresh process (tests).
+void ResetModuleState();
+// The platform in use; never null.
+Platform& CurrentPlatform();
+void SetPlatform(std::shared_ptr<Platform> p);
+
+}  // namespace qvrl

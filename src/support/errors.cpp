@@ -1,0 +1,73 @@
+#include "support/errors.h"
+
+#include <cmath>
+
+namespace qvrl {
+
+RuntimeError::RuntimeError(int32_t number, std::string description, std::string source)
+    : std::runtime_error(description.empty() ? ErrorDescription(number) : description),
+      number_(number),
+      description_(description.empty() ? ErrorDescription(number) : std::move(description)),
+      source_(std::move(source)) {}
+
+std::string ErrorDescription(int32_t number) {
+    switch (number) {
+    case 5: return "Invalid procedure call or argument";
+    case 6: return "Overflow";
+    case 9: return "Subscript out of range";
+    case 11: return "Division by zero";
+    case 13: return "Type mismatch";
+    case 53: return "File not found";
+    case 91: return "Object variable not set";
+    case 94: return "Invalid use of Null";
+    case 393: return "Property cannot be read at run time";
+    case 3021: return "No current record";
+    case 3075: return "Syntax error in query expression";
+    case 3078: return "Table or query not found";
+    case 3265: return "Item not found in this collection";
+    default: return {};
+    }
+}
+
+void Raise(int32_t number, const std::string& source, const std::string& description) {
+    throw RuntimeError(number, description, source);
+}
+
+namespace fp {
+
+double Check(double x) {
+    if (std::isinf(x) || std::isnan(x)) Raise(err::Overflow);
+    return x;
+}
+
+double Div(double a, double b) {
+    if (std::isnan(a) || std::isnan(b)) Raise(err::Overflow);
+    if (b == 0.0) Raise(a == 0.0 ? err::Overflow : err::DivisionByZero);
+    return Check(a / b);
+}
+
+double Mul(double a, double b) { return Check(a * b); }
+double Add(double a, double b) { return Check(a + b); }
+double Sub(double a, double b) { return Check(a - b); }
+
+double Pow(double base, double exponent) {
+    if (std::isnan(base) || std::isnan(exponent)) Raise(err::Overflow);
+    if (base == 0.0 && exponent < 0.0) Raise(err::InvalidCall);
+    if (base < 0.0 && std::trunc(exponent) != exponent) Raise(err::InvalidCall);
+    return Check(std::pow(base, exponent));
+}
+
+double Sqrt(double x) {
+    if (x < 0.0) Raise(err::InvalidCall);
+    return Check(std::sqrt(x));
+}
+
+double Log(double x) {
+    if (!(x > 0.0)) Raise(err::InvalidCall);
+    return Check(std::log(x));
+}
+
+double Exp(double x) { return Check(std::exp(x)); }
+
+}  // namespace fp
+}  // namespace qvrl
