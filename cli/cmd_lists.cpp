@@ -171,7 +171,11 @@ void AddListsCommand(CLI::App& app, Context& ctx) {
     cmd->callback([opts, &ctx] {
         ApplyLanguage(ctx);
         if (opts->json) std::cout << BuildJson(*opts).dump(2) << "\n";
-        else PrintText(std::cout, *opts);
+        else {
+            std::ostringstream text;  // nothing is printed unless all of it is
+            PrintText(text, *opts);
+            std::cout << text.str();
+        }
         ctx.exitCode = 0;
     });
 }

@@ -10,6 +10,26 @@ int main(int argc, char** argv) {
     app.add_option("--lang", ctx.language, "Language of the texts: deu or eng (default: the LanguageShell setting)")
         ->check(CLI::IsMember({"deu", "eng"}));
     qvrl::cli::AddListsCommand(app, ctx);
+    // Name an unknown command plainly instead of "a subcommand is required".
+    for (int i = 1; i < argc; ++i) {
+        const std::string a = argv[i];
+        if (a == "--lang") {
+            ++i;
+            continue;
+        }
+        if (a.rfind("-", 0) == 0) continue;
+        std::string known;
+        bool found = false;
+        for (const CLI::App* sub : app.get_subcommands({})) {
+            known += (known.empty() ? "" : ", ") + sub->get_name();
+            found = found || sub->get_name() == a;
+        }
+        if (!found) {
+            std::cerr << "qvroofload: unknown command '" << a << "' (commands: " << known << ")\n";
+            return 2;
+        }
+        break;
+    }
     try {
         app.parse(argc, argv);
     } catch (const CLI::ParseError& e) {

@@ -114,7 +114,7 @@ struct ZoneRow {
     const char* text;
     int16_t code;
     double z;
-    std::initializer_list<int16_t> regions;  // besides region 0
+    std::vector<int16_t> regions;  // besides region 0
 };
 const std::vector<ZoneRow>& EuropeanZones() {
     static const std::vector<ZoneRow> rows = {

@@ -100,8 +100,13 @@ bool ParseNumber(std::string_view s, double& out) {
     double v = 0.0;
     auto [p, ec] = std::from_chars(body.data(), body.data() + body.size(), v);
     if (ec == std::errc::result_out_of_range) {
-        // Underflow reads as zero; overflow is error 6.
-        if (std::isinf(v) || std::fabs(v) > 1.0) Raise(err::Overflow);
+        // Underflow reads as zero; overflow is error 6. A negative exponent,
+        // or no whole digit but 0 without one, means underflow.
+        const size_t ep = body.find('e');
+        bool under;
+        if (ep != std::string::npos) under = ep + 1 < body.size() && body[ep + 1] == '-';
+        else under = body.find_first_not_of("0") == body.find('.');
+        if (!under) Raise(err::Overflow);
         v = 0.0;
     } else if (ec != std::errc() || p != body.data() + body.size()) {
         return false;
@@ -275,6 +280,7 @@ struct Decimal {
 Decimal ToDecimal15(double v) {
     Decimal d;
     v = std::fabs(v);
+    if (!std::isfinite(v)) Raise(err::Overflow);  // e.g. a percent picture on a huge value
     if (v == 0.0) return d;
     char buf[40];
     std::snprintf(buf, sizeof buf, "%.14e", v);

@@ -1,0 +1,148 @@
+#include <gtest/gtest.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <regex>
+#include <sstream>
+
+#include "TestEnv.h"
+#include "support/CTrace.h"
+#include "support/errors.h"
+
+using namespace qvrl;
+
+namespace {
+
+class Trace : public test::IsolatedTest {
+protected:
+    std::string Log() { return test::ReadFile(TraceFileName()); }
+};
+
+TEST_F(Trace, EntryFormat) {
+    struct {
+        const char* name;
+        std::optional<Variant> value;
+        const char* prefix;
+        bool lineEnd;
+        const char* text;
+    } cases[] = {
+        {"", std::nullopt, "abc", true, "ABC: \n"},
+        {"x", Variant(int16_t{1}), "", false, "x=1 "},
+        {"cnt(mCpWind)=", Variant(int32_t{7}), "Get_Wind_Cp_Satteldach_FromMdb", true,
+         "GET_WIND_CP_SATTELDACH_FROMMDB: cnt(mCpWind)==7 \n"},
+        {"", std::nullopt, "   ", true, "\n"},                       // blank prefix writes nothing
+        {"name", Variant("  padded  "), "", true, "name=padded \n"},  // the value is trimmed
+        {"name", Variant(), "", false, "name= "},                     // empty value: only its blank
+        {"SQL=", Variant("SELECT * FROM cpe"), "p ", false, "P : SQL==SELECT * FROM cpe "},
+        {"v", Variant(2.5), "", false, "v=2.5 "},
+        {"b", Variant(true), "", false, "b=True "},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.text);
+        std::filesystem::remove(TraceFileName());
+        EXPECT_EQ(WriteTrace(c.name, c.value, c.prefix, c.lineEnd, false), 0);
+        EXPECT_EQ(Log(), c.text);
+    }
+}
+
+TEST_F(Trace, AnOpenLineIsContinuedByTheNextEntry) {
+    WriteTrace("x", Variant(int16_t{1}), "", false, false);
+    WriteTrace("y", Variant(int16_t{2}), "", true, false);
+    WriteTrace("", std::nullopt, "next", true, false);
+    EXPECT_EQ(Log(), "x=1 y=2 \nNEXT: \n");
+}
+
+TEST_F(Trace, TimeStampPrecedesTheEntry) {
+    WriteTrace("", std::nullopt, "CRoofLoad_Initialize", true, true);
+    const std::regex re("Now=\\d{4}\\.\\d{2}\\.\\d{2} \\d{2}:\\d{2}:\\d{2} CROOFLOAD_INITIALIZE: \n");
+    EXPECT_TRUE(std::regex_match(Log(), re)) << Log();
+}
+
+TEST_F(Trace, StepsAndClosedLog) {
+    CTrace t;
+    EXPECT_EQ(t.Trace("x", Variant(1.0), "", true), -99);
+    EXPECT_EQ(t.CloseLogFile(), -99);
+    const std::string file = (appdata_ / "own.log").string();
+    EXPECT_EQ(t.OpenLogFile(file, true), 1);
+    EXPECT_EQ(t.OpenLogFile(file, true), -99);
+    EXPECT_EQ(t.Trace("", std::nullopt, "", false), 0);
+    EXPECT_EQ(t.Trace("", std::nullopt, "p", false), 1);
+    EXPECT_EQ(t.Trace("n", Variant(1.0), "p", false), 2);
+    EXPECT_EQ(t.Trace("n", Variant(1.0), "", true), 3);
+    EXPECT_EQ(t.CloseLogFile(), 0);
+    EXPECT_EQ(t.Trace("late", Variant(1.0), "", true), -99);
+    EXPECT_EQ(test::ReadFile(file), "P: P: n=1 n=1 \n");
+}
+
+TEST_F(Trace, AppendKeepsAndRewriteTruncates) {
+    const std::string file = (appdata_ / "own.log").string();
+    test::WriteFile(file, "old\n");
+    {
+        CTrace t;
+        t.OpenLogFile(file, true);
+        t.Trace("a", Variant(1.0), "", true);
+    }  // closed by its destructor
+    EXPECT_EQ(test::ReadFile(file), "old\na=1 \n");
+    CTrace t;
+    t.OpenLogFile(file, false);
+    t.Trace("b", Variant(2.0), "", true);
+    t.CloseLogFile();
+    EXPECT_EQ(test::ReadFile(file), "b=2 \n");
+}
+
+TEST_F(Trace, UnwritableLogRaises) {
+    CTrace t;
+    try {
+        t.OpenLogFile((appdata_ / "no-such-folder" / "x.log").string(), true);
+        FAIL() << "no error";
+    } catch (const RuntimeError& e) {
+        EXPECT_EQ(e.number(), 76);
+    }
+    // a folder in place of the log file
+    std::filesystem::create_directories(TraceFileName());
+    try {
+        WriteTrace("x", Variant(1.0), "", true, false);
+        FAIL() << "no error";
+    } catch (const RuntimeError& e) {
+        EXPECT_EQ(e.number(), 75);
+    }
+}
+
+TEST_F(Trace, TwoProcessesNeverTearAnEntry) {
+    // Each child writes many entries made of one repeated letter; every line
+    // read back must be whole.
+    const int kChildren = 4, kEntries = 300;
+    const std::string payload(600, '.');
+    for (int c = 0; c < kChildren; ++c) {
+        const pid_t pid = fork();
+        ASSERT_GE(pid, 0);
+        if (pid == 0) {
+            const std::string letter(1, static_cast<char>('A' + c));
+            int rc = 0;
+            try {
+                for (int i = 0; i < kEntries; ++i) WriteTrace(letter, Variant(letter + payload + letter), letter, true);
+            } catch (...) {
+                rc = 1;
+            }
+            _exit(rc);
+        }
+    }
+    for (int c = 0; c < kChildren; ++c) {
+        int status = 0;
+        wait(&status);
+        ASSERT_TRUE(WIFEXITED(status));
+        EXPECT_EQ(WEXITSTATUS(status), 0);
+    }
+    std::istringstream in(Log());
+    std::string line;
+    int lines = 0;
+    while (std::getline(in, line)) {
+        ++lines;
+        ASSERT_FALSE(line.empty());
+        const char l = line[0];
+        EXPECT_EQ(line, std::string(1, l) + ": " + l + "=" + l + payload + l + " ") << "torn at line " << lines;
+    }
+    EXPECT_EQ(lines, kChildren * kEntries);
+}
+
+}  // namespace
