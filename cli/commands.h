@@ -12,6 +12,7 @@ struct Context {
 };
 
 void AddListsCommand(CLI::App& app, Context& ctx);
+void AddCallCommand(CLI::App& app, Context& ctx);
 
 // Applies --lang after the language objects are set up.
 void ApplyLanguage(const Context& ctx);

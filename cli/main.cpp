@@ -10,6 +10,7 @@ int main(int argc, char** argv) {
     app.add_option("--lang", ctx.language, "Language of the texts: deu or eng (default: the LanguageShell setting)")
         ->check(CLI::IsMember({"deu", "eng"}));
     qvrl::cli::AddListsCommand(app, ctx);
+    qvrl::cli::AddCallCommand(app, ctx);
     // Name an unknown command plainly instead of "a subcommand is required".
     for (int i = 1; i < argc; ++i) {
         const std::string a = argv[i];

@@ -2,7 +2,9 @@
 
 #include "automation/CodeLists.h"
 #include "rules/modSnow.h"
+#include "rules/modSnowEN.h"
 #include "rules/modWind.h"
+#include "rules/modWindEN.h"
 
 namespace qvrl {
 
@@ -91,6 +93,71 @@ double CWindSnow::SnowBagMue2(double hInCm, double sk) const {
 double CWindSnow::SnowBag(double mue1, double mue2, double hInCm, double sk) const {
     double length = 0.0;  // not part of the interface
     return qvrl::SnowBag(mue1, mue2, hInCm, sk, length);
+}
+
+double CWindSnow::WindPressure_EN_1991_1_4(int16_t CtrlNA, int16_t BuildingCategory, double z_BuildingInM,
+                                           double BasicWindPressure, double BasicWindVelocity,
+                                           double UpwindSlope_Phi, double OrographicLocationFac_s) const {
+    double distInTown = 0.0;
+    return qvrl::WindPressure_EN_1991_1_4(CtrlNA, BuildingCategory, z_BuildingInM, BasicWindPressure,
+                                          BasicWindVelocity, UpwindSlope_Phi, OrographicLocationFac_s, 1.0, 1.0,
+                                          0.0, distInTown);
+}
+
+double CWindSnow::StandardSnowLoad_EN_1991_1_3(int16_t CtrlNA, int16_t CtrlRegion, double SnowZoneIndex,
+                                               double TerrainHeightInM) const {
+    // The rule takes the height first.
+    return qvrl::StandardSnowLoad_EN_1991_1_3(TerrainHeightInM, CtrlNA, CtrlRegion, SnowZoneIndex);
+}
+
+namespace {
+struct Shape {
+    double mue1 = 0.0, mue2 = 0.0, mue3 = 0.0;
+};
+Shape ShapeEN(int16_t CtrlNA, double Alpha, bool driftFloor, double hZuB) {
+    Shape s;
+    SnowShapeEN(CtrlNA, Alpha, driftFloor, hZuB, s.mue1, s.mue2, s.mue3);
+    return s;
+}
+}  // namespace
+
+double CWindSnow::SnowMue1_EN_1991_1_3(int16_t CtrlNA, double Alpha) const {
+    return ShapeEN(CtrlNA, Alpha, false, 0.0).mue1;
+}
+
+double CWindSnow::SnowMue2_EN_1991_1_3(int16_t CtrlNA, double Alpha) const {
+    return ShapeEN(CtrlNA, Alpha, false, 0.0).mue2;
+}
+
+double CWindSnow::SnowMue3_EN_1991_1_3(int16_t CtrlNA, double Alpha, double hZuB) const {
+    return ShapeEN(CtrlNA, Alpha, false, hZuB).mue3;
+}
+
+double CWindSnow::SnowOverhang_EN_1991_1_3(int16_t CtrlNA, double si, double snow_d) const {
+    return qvrl::SnowOverhang_EN_1991_1_3(CtrlNA, si, snow_d);
+}
+
+double CWindSnow::SnowCatchingFence_EN_1991_1_3(int16_t /*CtrlNA*/, double mue1, double mue2, double sk, double B,
+                                                double Alpha) const {
+    return qvrl::SnowCatchingFence_EN_1991_1_3(mue1, mue2, sk, B, Alpha);
+}
+
+double CWindSnow::SnowBagMue1_EN_1991_1_3(int16_t CtrlNA, double Alpha) const {
+    return ShapeEN(CtrlNA, Alpha, true, 0.0).mue1;
+}
+
+double CWindSnow::SnowBagMue2_EN_1991_1_3(int16_t CtrlNA, double Alpha) const {
+    return ShapeEN(CtrlNA, Alpha, true, 0.0).mue2;
+}
+
+double CWindSnow::SnowBagMue3_EN_1991_1_3(int16_t CtrlNA, double Alpha, double hZuB) const {
+    return ShapeEN(CtrlNA, Alpha, true, hZuB).mue3;
+}
+
+Variant CWindSnow::SnowBag_EN_1991_1_3(int16_t CtrlNA, double sk, double hInM, double& mue1, double& mue2,
+                                       double& LsInM) const {
+    qvrl::SnowBag_EN_1991_1_3(CtrlNA, sk, hInM, mue1, mue2, LsInM);
+    return Variant();
 }
 
 void CWindSnow::SnowZoneNames1975(std::vector<std::string>& sName,

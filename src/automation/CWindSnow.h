@@ -9,6 +9,8 @@
 #include <string>
 #include <vector>
 
+#include "support/vb.h"
+
 namespace qvrl {
 
 class CAGS;
@@ -41,6 +43,27 @@ public:
     double SnowBagMue1() const;
     double SnowBagMue2(double hInCm, double sk) const;
     double SnowBag(double mue1, double mue2, double hInCm, double sk) const;
+
+    // Eurocode EN 1991-1-3 and EN 1991-1-4 by national annex (CtrlNA 50..54).
+    // Peak velocity pressure in kN/m2; cDir and cSeason 1.0, no distances.
+    // 0.0 for anything the chain cannot answer.
+    double WindPressure_EN_1991_1_4(int16_t CtrlNA, int16_t BuildingCategory, double z_BuildingInM,
+                                    double BasicWindPressure, double BasicWindVelocity, double UpwindSlope_Phi,
+                                    double OrographicLocationFac_s) const;
+    double StandardSnowLoad_EN_1991_1_3(int16_t CtrlNA, int16_t CtrlRegion, double SnowZoneIndex,
+                                        double TerrainHeightInM) const;
+    double SnowMue1_EN_1991_1_3(int16_t CtrlNA, double Alpha) const;
+    double SnowMue2_EN_1991_1_3(int16_t CtrlNA, double Alpha) const;
+    double SnowMue3_EN_1991_1_3(int16_t CtrlNA, double Alpha, double hZuB) const;
+    double SnowOverhang_EN_1991_1_3(int16_t CtrlNA, double si, double snow_d) const;
+    double SnowCatchingFence_EN_1991_1_3(int16_t CtrlNA, double mue1, double mue2, double sk, double B,
+                                         double Alpha) const;
+    double SnowBagMue1_EN_1991_1_3(int16_t CtrlNA, double Alpha) const;
+    double SnowBagMue2_EN_1991_1_3(int16_t CtrlNA, double Alpha) const;
+    double SnowBagMue3_EN_1991_1_3(int16_t CtrlNA, double Alpha, double hZuB) const;
+    // Always an empty value: the results are the three in/out arguments.
+    Variant SnowBag_EN_1991_1_3(int16_t CtrlNA, double sk, double hInM, double& mue1, double& mue2,
+                                double& LsInM) const;
 
     // Name lists: both arrays are replaced, element 0 blank, rows from 1 on.
     void SnowZoneNames1975(std::vector<std::string>& sName, std::vector<int16_t>& Index) const;

@@ -156,38 +156,60 @@ CodeList SnowRegionList(int16_t CtrlNA) {
     return l;
 }
 
-ZoneList SnowZoneList(int16_t CtrlNA, int16_t CtrlRegion) {
-    ZoneList l;
+namespace {
+struct AnnexZone {
+    const char* text;
+    int16_t code;
+    double z;
+};
+// The fourth Austrian row's figure differs from its text on purpose.
+constexpr AnnexZone kAustria[] = {{"2*", 101, 1.6}, {"2", 102, 2.0}, {"3", 103, 3.0}, {"4", 104, 4.5}};
+constexpr AnnexZone kUnitedKingdom[] = {{"1", 101, 1.0}, {"2", 102, 2.0}, {"3", 103, 3.0},
+                                        {"4", 104, 4.0}, {"5", 105, 5.0}, {"6,5", 106, 6.5}};
+
+bool Listed(const ZoneRow& row, int16_t CtrlRegion) {
+    if (CtrlRegion == 0) return true;
+    for (int16_t r : row.regions)
+        if (r == CtrlRegion) return true;
+    return false;
+}
+
+// Calls f(text, code, z) for each row of the list, in order, until f returns true.
+template <class F>
+void ForEachZone(int16_t CtrlNA, int16_t CtrlRegion, F f) {
     if (CtrlNA == norm::AT) {
-        // The fourth row's figure differs from its text on purpose.
-        l.Add("2*", 101, 1.6);
-        l.Add("2", 102, 2.0);
-        l.Add("3", 103, 3.0);
-        l.Add("4", 104, 4.5);
-        return l;
+        for (const auto& r : kAustria)
+            if (f(r.text, r.code, r.z)) return;
+        return;
     }
     if (CtrlNA == norm::UK) {
-        l.Add("1", 101, 1.0);
-        l.Add("2", 102, 2.0);
-        l.Add("3", 103, 3.0);
-        l.Add("4", 104, 4.0);
-        l.Add("5", 105, 5.0);
-        l.Add("6,5", 106, 6.5);
-        return l;
+        for (const auto& r : kUnitedKingdom)
+            if (f(r.text, r.code, r.z)) return;
+        return;
     }
-    for (const ZoneRow& row : EuropeanZones()) {
-        bool listed = CtrlRegion == 0;
-        for (int16_t r : row.regions) listed = listed || r == CtrlRegion;
-        if (listed) l.Add(row.text, row.code, row.z);
-    }
+    for (const ZoneRow& row : EuropeanZones())
+        if (Listed(row, CtrlRegion) && f(row.text, row.code, row.z)) return;
+}
+}  // namespace
+
+ZoneList SnowZoneList(int16_t CtrlNA, int16_t CtrlRegion) {
+    ZoneList l;
+    ForEachZone(CtrlNA, CtrlRegion, [&](const char* text, int16_t code, double z) {
+        l.Add(text, code, z);
+        return false;
+    });
     return l;
 }
 
 double SnowZoneFigure(int16_t CtrlNA, int16_t CtrlRegion, int16_t code) {
-    const ZoneList l = SnowZoneList(CtrlNA, CtrlRegion);
-    for (size_t i = 1; i < l.Index.size(); ++i)
-        if (l.Index[i] == code) return l.Z[i];
-    return 0.0;
+    // The first row with the code decides; the list itself need not be built.
+    double found = 0.0;
+    ForEachZone(CtrlNA, CtrlRegion, [&](const char*, int16_t c, double z) {
+        if (c != code) return false;
+        found = z;
+        return true;
+    });
+    return found;
 }
 
 std::string SnowRegionMapForm(int16_t CtrlRegion) {

@@ -20,7 +20,11 @@ std::string ErrorDescription(int32_t number) {
     case 53: return "File not found";
     case 91: return "Object variable not set";
     case 94: return "Invalid use of Null";
+    case 75: return "Path/File access error";
+    case 76: return "Path not found";
     case 393: return "Property cannot be read at run time";
+    case 438: return "Object doesn't support this property or method";
+    case 450: return "Wrong number of arguments or invalid property assignment";
     case 3021: return "No current record";
     case 3075: return "Syntax error in query expression";
     case 3078: return "Table or query not found";

@@ -12,6 +12,15 @@ namespace qvrl {
 
 // ---------------------------------------------------------------- Variant
 
+Variant::Variant(std::vector<Variant> items)
+    : v_(ArrayValue{std::make_shared<const std::vector<Variant>>(std::move(items))}) {}
+
+bool ArrayValue::operator==(const ArrayValue& o) const {
+    if (items == o.items) return true;
+    if (!items || !o.items) return false;
+    return *items == *o.items;
+}
+
 bool Variant::isNumeric() const noexcept {
     switch (type()) {
     case Type::Integer:
@@ -33,6 +42,7 @@ const char* TypeName(Variant::Type t) {
     case Variant::Type::Boolean: return "Boolean";
     case Variant::Type::String: return "String";
     case Variant::Type::Date: return "Date";
+    case Variant::Type::Array: return "Array";
     }
     return "?";
 }
@@ -127,6 +137,7 @@ double Variant::toDouble() const {
     case Type::Double: return asDouble();
     case Type::Boolean: return asBoolean() ? -1.0 : 0.0;
     case Type::Date: return asDate().serial;
+    case Type::Array: Raise(err::TypeMismatch);
     case Type::String: {
         double v = 0.0;
         if (!ParseNumber(asString(), v)) Raise(err::TypeMismatch);
@@ -145,6 +156,7 @@ std::string Variant::toString() const {
     case Type::Double: return DoubleToText(asDouble());
     case Type::Boolean: return asBoolean() ? "True" : "False";
     case Type::String: return asString();
+    case Type::Array: Raise(err::TypeMismatch);
     case Type::Date: {
         const double s = asDate().serial;
         const bool hasTime = s != std::floor(s);
@@ -259,7 +271,8 @@ bool IsNumeric(const Variant& v) {
     switch (v.type()) {
     case Variant::Type::Empty: return true;
     case Variant::Type::Null: return false;
-    case Variant::Type::Date: return false;
+    case Variant::Type::Date:
+    case Variant::Type::Array: return false;
     case Variant::Type::String: return IsNumeric(std::string_view(v.asString()));
     default: return true;
     }
@@ -615,6 +628,7 @@ std::string Format(const Variant& value, std::string_view picture) {
     case Variant::Type::Empty:
     case Variant::Type::Null: return {};
     case Variant::Type::Date: return FormatDate(value.asDate(), picture);
+    case Variant::Type::Array: Raise(err::TypeMismatch);
     case Variant::Type::String: {
         double v = 0.0;
         if (!ParseNumber(value.asString(), v)) return value.asString();

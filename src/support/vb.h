@@ -6,7 +6,9 @@
 #include <cstdint>
 #include <string>
 #include <string_view>
+#include <memory>
 #include <variant>
+#include <vector>
 
 namespace qvrl {
 
@@ -20,10 +22,18 @@ struct NullValue {
     bool operator==(const NullValue&) const = default;
 };
 
+class Variant;
+// An array held in a tagged value, as list members hand their lists over.
+// Shared and immutable: copies are cheap, equality compares the elements.
+struct ArrayValue {
+    std::shared_ptr<const std::vector<Variant>> items;
+    bool operator==(const ArrayValue& o) const;
+};
+
 // The tagged value of the automation interface.
 class Variant {
 public:
-    enum class Type { Empty, Null, Integer, Long, Double, Boolean, String, Date };
+    enum class Type { Empty, Null, Integer, Long, Double, Boolean, String, Date, Array };
 
     Variant() = default;
     Variant(int16_t v) : v_(v) {}
@@ -33,6 +43,7 @@ public:
     Variant(std::string v) : v_(std::move(v)) {}
     Variant(const char* v) : v_(std::string(v)) {}
     Variant(DateValue v) : v_(v) {}
+    explicit Variant(std::vector<Variant> items);
     static Variant Null() { Variant r; r.v_ = NullValue{}; return r; }
 
     Type type() const noexcept { return static_cast<Type>(v_.index()); }
@@ -46,6 +57,7 @@ public:
     bool asBoolean() const { return std::get<bool>(v_); }
     const std::string& asString() const { return std::get<std::string>(v_); }
     DateValue asDate() const { return std::get<DateValue>(v_); }
+    const std::vector<Variant>& asArray() const { return *std::get<ArrayValue>(v_).items; }
 
     // Basic's CDbl / CStr / CBool: Empty is 0 / "" / False, Null is error 94,
     // a text that is not a number is error 13.
@@ -56,7 +68,7 @@ public:
     bool operator==(const Variant&) const = default;
 
 private:
-    std::variant<std::monostate, NullValue, int16_t, int32_t, double, bool, std::string, DateValue> v_;
+    std::variant<std::monostate, NullValue, int16_t, int32_t, double, bool, std::string, DateValue, ArrayValue> v_;
 };
 
 const char* TypeName(Variant::Type t);

@@ -1,0 +1,97 @@
+// The member tables of the public objects, in the order of their interfaces.
+
+#include "automation/CWindSnow.h"
+#include "automation/Dispatch.h"
+
+namespace qvrl {
+
+namespace {
+
+using dispatch::Bind;
+using WS = CWindSnow;
+
+const dispatch::Table<CWindSnow>& WindSnowTable() {
+    static const dispatch::Table<CWindSnow> table({
+        Bind("WindPressure_DIN1055_4_1986", &WS::WindPressure_DIN1055_4_1986, {"BuildingHeightInM"},
+             "Velocity pressure in kN/m2 of DIN 1055-4:1986 for the building height in m"),
+        Bind("WindReferencePressure_DIN1055_4_2005", &WS::WindReferencePressure_DIN1055_4_2005, {"WindZone"},
+             "Reference velocity pressure qref in kN/m2 of a wind zone, DIN 1055-4:2005"),
+        Bind("WindPressure_DIN1055_4_2005", &WS::WindPressure_DIN1055_4_2005,
+             {"WindZone", "BuildingCategory", "z_BuildingInM", "TerrainHeightInM"},
+             "Velocity pressure in kN/m2 at height z in m, DIN 1055-4:2005; 999 above 1100 m terrain"),
+        Bind("StandardSnowLoad_DIN1055_5_1975", &WS::StandardSnowLoad_DIN1055_5_1975,
+             {"SnowZone", "TerrainHeightInM"}, "Ground snow load s0 in kN/m2, DIN 1055-5:1975; 999 = no value"),
+        Bind("StandardSnowLoad_EDIN1055_5_2004", &WS::StandardSnowLoad_EDIN1055_5_2004,
+             {"SnowZone", "TerrainHeightInM"}, "Ground snow load sk in kN/m2, E DIN 1055-5:2004; 999 = no value"),
+        Bind("StandardSnowLoad_DIN1055_7_2005", &WS::StandardSnowLoad_DIN1055_7_2005,
+             {"SnowZone", "TerrainHeightInM"}, "Ground snow load sk in kN/m2, DIN 1055-5:2005; 999 = no value"),
+        Bind("SnowMue1", &WS::SnowMue1, {"Alpha"}, "Shape coefficient mue1 for the pitch in degrees, DIN 1055-5"),
+        Bind("SnowMue2", &WS::SnowMue2, {"Alpha"}, "Shape coefficient mue2 for the pitch in degrees, DIN 1055-5"),
+        Bind("SnowOverhang", &WS::SnowOverhang, {"si"}, "Snow overhanging an eave in kN/m for the roof load si in kN/m2"),
+        Bind("SnowCatchingFence", &WS::SnowCatchingFence, {"mue1", "mue2", "sk", "B", "Alpha"},
+             "Force on a snow fence in kN/m; sk in kN/m2, B in m, Alpha in degrees"),
+        Bind("SnowZoneNames1975", &WS::SnowZoneNames1975, {"sName", "Index"}, "Snow zones of DIN 1055-5:1975"),
+        Bind("SnowZoneNames2005", &WS::SnowZoneNames2005, {"sName", "Index"}, "Snow zones of DIN 1055-5:2005"),
+        Bind("WindZoneNames2005", &WS::WindZoneNames2005, {"sName", "Index"}, "Wind zones of DIN 1055-4:2005"),
+        Bind("WindZoneNames2005_T2963", &WS::WindZoneNames2005_T2963, {"sName", "Index"},
+             "Wind zones of DIN 1055-4:2005 with five zones"),
+        Bind("WindCategoryNames2005", &WS::WindCategoryNames2005, {"sName", "Index"},
+             "Terrain categories of DIN 1055-4:2005"),
+        Bind("SnowBagMue1", &WS::SnowBagMue1, {}, "Shape coefficient mue1 beside a step: 0.8"),
+        Bind("SnowBagMue2", &WS::SnowBagMue2, {"hInCm", "sk"},
+             "Drift coefficient mue2 at a step of hInCm cm for sk in kN/m2, DIN 1055-5"),
+        Bind("SnowBag", &WS::SnowBag, {"mue1", "mue2", "hInCm", "sk"}, "Height of the drift load in kN/m2"),
+        Bind("WindPressure_EN_1991_1_4", &WS::WindPressure_EN_1991_1_4,
+             {"CtrlNA", "BuildingCategory", "z_BuildingInM", "BasicWindPressure", "BasicWindVelocity",
+              "UpwindSlope_Phi", "OrographicLocationFac_s"},
+             "Peak velocity pressure in kN/m2 at height z in m; qb in kN/m2, vb in m/s; 0 if not answerable"),
+        Bind("StandardSnowLoad_EN_1991_1_3", &WS::StandardSnowLoad_EN_1991_1_3,
+             {"CtrlNA", "CtrlRegion", "SnowZoneIndex", "TerrainHeightInM"},
+             "Ground snow load sk in kN/m2 by annex, climate region, zone code and altitude in m"),
+        Bind("SnowMue1_EN_1991_1_3", &WS::SnowMue1_EN_1991_1_3, {"CtrlNA", "Alpha"},
+             "Shape coefficient mue1 for the pitch in degrees, EN 1991-1-3"),
+        Bind("SnowMue2_EN_1991_1_3", &WS::SnowMue2_EN_1991_1_3, {"CtrlNA", "Alpha"},
+             "Shape coefficient mue2 for the pitch in degrees, EN 1991-1-3"),
+        Bind("SnowMue3_EN_1991_1_3", &WS::SnowMue3_EN_1991_1_3, {"CtrlNA", "Alpha", "hZuB"},
+             "Shape coefficient mue3 (curved roof) for the pitch in degrees and the ratio h/b"),
+        Bind("SnowOverhang_EN_1991_1_3", &WS::SnowOverhang_EN_1991_1_3, {"CtrlNA", "si", "snow_d"},
+             "Snow overhanging an eave in kN/m; si in kN/m2, snow depth in m"),
+        Bind("SnowCatchingFence_EN_1991_1_3", &WS::SnowCatchingFence_EN_1991_1_3,
+             {"CtrlNA", "mue1", "mue2", "sk", "B", "Alpha"}, "Force on a snow fence in kN/m; CtrlNA is not used"),
+        Bind("SnowBagMue1_EN_1991_1_3", &WS::SnowBagMue1_EN_1991_1_3, {"CtrlNA", "Alpha"},
+             "Shape coefficient mue1 with the drift floor 0.8"),
+        Bind("SnowBagMue2_EN_1991_1_3", &WS::SnowBagMue2_EN_1991_1_3, {"CtrlNA", "Alpha"},
+             "Shape coefficient mue2 with the drift floor 0.8"),
+        Bind("SnowBagMue3_EN_1991_1_3", &WS::SnowBagMue3_EN_1991_1_3, {"CtrlNA", "Alpha", "hZuB"},
+             "Shape coefficient mue3 with the drift floor 0.8"),
+        Bind("SnowBag_EN_1991_1_3", &WS::SnowBag_EN_1991_1_3, {"CtrlNA", "sk", "hInM", "mue1", "mue2", "LsInM"},
+             "Drift at a step of hInM m for sk in kN/m2: mue1, mue2 and drift length LsInM in m (in/out)"),
+        Bind("WindOpenSides2005", &WS::WindOpenSides2005, {"sName", "Index"}, "Open sides, DIN 1055-4:2005"),
+        Bind("WindOpenSides_EN_1991_1_4", &WS::WindOpenSides_EN_1991_1_4, {"sName", "Index"},
+             "Open sides, EN 1991-1-4"),
+    });
+    return table;
+}
+
+class WindSnowObject : public Dispatchable {
+public:
+    std::string ClassName() const override { return "CWindSnow"; }
+    const std::vector<MemberInfo>& Members() const override { return WindSnowTable().Infos(); }
+    Variant Invoke(const std::string& member, std::vector<Variant>& args) override {
+        return WindSnowTable().Invoke(obj_, member, args);
+    }
+
+private:
+    CWindSnow obj_;
+};
+
+}  // namespace
+
+std::unique_ptr<Dispatchable> CreateObjectByName(const std::string& className) {
+    if (UCase(className) == "CWINDSNOW") return std::make_unique<WindSnowObject>();
+    return nullptr;
+}
+
+std::vector<std::string> PublicClassNames() { return {"CWindSnow"}; }
+
+}  // namespace qvrl
