@@ -27,8 +27,8 @@ asan:
 	cmake --build build-asan -j $(JOBS)
 	ctest --test-dir build-asan --output-on-failure -j $(JOBS)
 
-# Each fuzz target for FUZZ_SECONDS seconds.
-FUZZ_SECONDS ?= 15
+# All fuzz targets together for about FUZZ_SECONDS seconds.
+FUZZ_SECONDS ?= 60
 fuzz:
 	CC=clang CXX=clang++ cmake -S . -B build-fuzz -G Ninja -DCMAKE_BUILD_TYPE=RelWithDebInfo \
 	  -DQVRL_FUZZ=ON -DQVRL_SANITIZE=ON -DQVRL_TESTS=OFF -DQVRL_BENCH=OFF
