@@ -10,6 +10,7 @@
 namespace qvrl {
 
 class CLocLite;
+class Database;
 class Platform;
 
 struct ModuleState {
@@ -27,11 +28,30 @@ struct ModuleState {
     bool UseBauforschungsbericht = false;
     // Version of the block file last read.
     int16_t FileVersion = 0;
+    // Rewrites of the user's files (interchange/FileWrite.h): flush to disk
+    // before the rename; benchmarks switch it off.
+    bool FileWriteSync = true;
+    // Test faults for those rewrites: fail once this many bytes are written
+    // (-1 never), or at the rename.
+    int64_t FileWriteFailAfter = -1;
+    bool FileWriteFailAtRename = false;
     // Standard the zone tables are opened for.
     int16_t ZoneTableNorm = 3;
     // Once a database could not be opened in place, copies in the temporary
     // folder are used for the rest of the process.
     bool CopyToTemp = false;
+
+    // Database connections, each held by the module that opened it and kept
+    // until the process ends or its owner drops it.
+    std::shared_ptr<Database> CpeDb;         // modWindCpMdb: qvrl.mdb
+    std::shared_ptr<Database> FigureDb;      // modWindUK: qvrl.mdb
+    std::shared_ptr<Database> SlzDb;         // modSLZMdb: qvrlslz.mdb or qvrlslz_dibt.mdb
+    std::shared_ptr<Database> WlzDb;         // modWLZMdb: qvrlwlz.mdb or qvrlwlz_dibt.mdb
+    std::shared_ptr<Database> AGSDb;         // modAGSMdb: qvrl.mdb
+    std::shared_ptr<Database> AGSUsrDb;      // modAGSMdb: qvrlAGSUsr.mdb
+    std::shared_ptr<Database> AGSDbEN;       // modAGSMdb_1: qvrl.mdb
+    std::shared_ptr<Database> AGSUsrDbEN;    // modAGSMdb_1: qvrlAGSUsr.mdb
+    std::shared_ptr<Database> LiveLoadDb;    // modLiveLoadMDB: qvrl.mdb
 
     ModuleState();
     ~ModuleState();

@@ -1,0 +1,8 @@
+-- qvrl.mdb: the component's main database. Tables: cpe (wind pressure
+-- coefficients), slzwlz and slzwlz1 (towns and their zones), liveload (live
+-- load catalogue), en_bs_fig3 to en_bs_fig8 (UK annex figures). Each table
+-- comes in its own script, with the module that reads it.
+--
+-- Text columns are declared COLLATE QVRL_TEXT, the store's case-blind order
+-- (registered by the library and by qvrl_mkdb; the sqlite3 shell does not
+-- know it, so query such columns through qvroofload).
