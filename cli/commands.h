@@ -13,6 +13,8 @@ struct Context {
 
 void AddListsCommand(CLI::App& app, Context& ctx);
 void AddCallCommand(CLI::App& app, Context& ctx);
+void AddBlocksCommand(CLI::App& app, Context& ctx);
+void AddDbCommand(CLI::App& app, Context& ctx);
 
 // Applies --lang after the language objects are set up.
 void ApplyLanguage(const Context& ctx);

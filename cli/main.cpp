@@ -11,6 +11,8 @@ int main(int argc, char** argv) {
         ->check(CLI::IsMember({"deu", "eng"}));
     qvrl::cli::AddListsCommand(app, ctx);
     qvrl::cli::AddCallCommand(app, ctx);
+    qvrl::cli::AddBlocksCommand(app, ctx);
+    qvrl::cli::AddDbCommand(app, ctx);
     // Name an unknown command plainly instead of "a subcommand is required".
     for (int i = 1; i < argc; ++i) {
         const std::string a = argv[i];
