@@ -28,6 +28,9 @@ ordered_json ToJson(const Variant& v) {
         for (const Variant& e : v.asArray()) a.push_back(ToJson(e));
         return a;
     }
+    case Variant::Type::Object:
+        if (v.isNothing()) return nullptr;
+        return {{"object", v.asObject()->ClassName()}};
     }
     return nullptr;
 }

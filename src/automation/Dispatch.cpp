@@ -1,5 +1,31 @@
 #include "automation/Dispatch.h"
 
+namespace qvrl {
+
+const char* KindName(MemberKind kind) {
+    switch (kind) {
+    case MemberKind::Method: return "Method";
+    case MemberKind::PropertyGet: return "PropertyGet";
+    case MemberKind::PropertyLet: return "PropertyLet";
+    }
+    return "?";
+}
+
+const MemberInfo* Dispatchable::FindCallable(const std::string& name) const {
+    if (const MemberInfo* m = FindMember(name, MemberKind::Method)) return m;
+    return FindMember(name, MemberKind::PropertyGet);
+}
+
+// Declared with the tagged value; here Dispatchable is complete. Wrappers made
+// at different times for one object compare equal, as Is does.
+bool ObjectValue::operator==(const ObjectValue& o) const {
+    if (ref == o.ref) return true;
+    if (!ref || !o.ref) return false;
+    return ref->Target() == o.ref->Target() && ref->TargetType() == o.ref->TargetType();
+}
+
+}  // namespace qvrl
+
 namespace qvrl::dispatch {
 
 std::vector<std::string> StringsFrom(const Variant& v) {

@@ -2,13 +2,19 @@
 // Late-bound calls: a member named by text, its arguments as tagged values,
 // converted with Basic's rules, and its in/out arguments written back. The
 // command-line tool, the C API and the Python module all call through here,
-// so a new member needs only its registration.
+// so a new member or a new class needs only its registration in
+// PublicObjects.cpp.
 
+#include <array>
 #include <cstdint>
 #include <functional>
+#include <initializer_list>
 #include <memory>
+#include <stdexcept>
 #include <string>
 #include <tuple>
+#include <type_traits>
+#include <unordered_map>
 #include <utility>
 #include <vector>
 
@@ -17,36 +23,124 @@
 
 namespace qvrl {
 
+namespace err {
+// Numbers of the late-bound layer itself.
+inline constexpr int32_t CannotCreateObject = 429;
+inline constexpr int32_t NoAutomation = 430;
+}  // namespace err
+
+// The type library the public classes belong to.
+namespace typelib {
+inline constexpr const char* Name = "QVRoofLoad";
+inline constexpr const char* Id = "{7E752417-1663-4EDF-8CEB-89BAE2967475}";
+inline constexpr int VersionMajor = 1;
+inline constexpr int VersionMinor = 10;
+inline constexpr const char* Documentation = "Q+V Dach- und Verkehrslasten";
+}  // namespace typelib
+
+enum class MemberKind { Method, PropertyGet, PropertyLet };
+const char* KindName(MemberKind kind);  // "Method", "PropertyGet", "PropertyLet"
+
 // How an argument crosses the interface.
 struct ParamInfo {
     std::string name;
-    std::string type;  // "Integer", "Long", "Double", "String", "Boolean", "String()", "Integer()"
+    // "Integer", "Long", "Double", "String", "Boolean", "Variant", "Object",
+    // "String()", "Integer()"
+    std::string type;
     bool byRef = false;
 };
 
+// One member of an interface. A property is two members of one name: its
+// PropertyGet (no parameters, the value as result) and its PropertyLet (one
+// parameter, the new value, no result).
 struct MemberInfo {
     std::string name;
+    MemberKind kind = MemberKind::Method;
     std::vector<ParamInfo> params;
     std::string result;  // "" for none
     std::string doc;     // one line, with units
 };
 
-// An object that can be called by member name.
+// An object that can be called by member name. Objects are used from one
+// thread at a time.
 class Dispatchable {
 public:
     virtual ~Dispatchable() = default;
     virtual std::string ClassName() const = 0;
     virtual const std::vector<MemberInfo>& Members() const = 0;
-    // Calls the member; by-reference arguments are replaced by their new values.
-    // Unknown member: error 438; wrong count: 450; an unconvertible argument: 13.
+    // The member of that name (case-blind) and kind; null when there is none.
+    virtual const MemberInfo* FindMember(const std::string& name, MemberKind kind) const = 0;
+    // Calls a method, or reads a property as a call without arguments would.
+    // By-reference arguments are replaced by their new values, only when the
+    // call succeeds. Unknown member: error 438; wrong count: 450; an
+    // unconvertible argument: 13.
     virtual Variant Invoke(const std::string& member, std::vector<Variant>& args) = 0;
+    // Unknown (or write-only) property: error 438.
+    virtual Variant GetProperty(const std::string& name) = 0;
+    // Unknown (or read-only) property: error 438; a value of the wrong type: 13.
+    virtual void LetProperty(const std::string& name, const Variant& value) = 0;
+    // The object behind this interface and the key of its C++ type. Two
+    // wrappers of one object agree here; that is what Is compares.
+    virtual std::shared_ptr<void> Target() const = 0;
+    virtual const void* TargetType() const = 0;
+
+    // The member Invoke would call: a method, else a property get.
+    const MemberInfo* FindCallable(const std::string& name) const;
 };
 
-// Creates a public object by class name ("CWindSnow"); empty for an unknown class.
+// Creates a public object by class name ("CWindSnow", case-blind); empty for
+// an unknown class.
 std::unique_ptr<Dispatchable> CreateObjectByName(const std::string& className);
 std::vector<std::string> PublicClassNames();
 
 namespace dispatch {
+
+// A key per C++ type, usable while the type is still incomplete. Visible from
+// every shared object, so that each type has one key in the process.
+template <class T>
+[[gnu::visibility("default")]] inline constexpr char kTypeKey = 0;
+template <class T>
+constexpr const void* TypeKey() {
+    return &kTypeKey<T>;
+}
+
+// A class a host can create and call, with its automation identity.
+struct PublicClass {
+    std::string name;           // "CWindSnow"
+    std::string interfaceName;  // "_CWindSnow"
+    std::string classId;        // "{...}"
+    std::string interfaceId;
+    const void* type = nullptr;  // TypeKey of the C++ class
+    // The members, known without making an object.
+    std::function<const std::vector<MemberInfo>&()> members;
+    std::function<std::unique_ptr<Dispatchable>()> create;
+    std::function<std::unique_ptr<Dispatchable>(std::shared_ptr<void>)> wrap;
+};
+
+// All public classes, in registration order (PublicObjects.cpp).
+const std::vector<PublicClass>& PublicClasses();
+const PublicClass* FindPublicClass(const std::string& name);
+// The interface for an object of the C++ type with that key; error 430 when
+// the type is not a public class.
+std::shared_ptr<Dispatchable> WrapTarget(const void* type, std::shared_ptr<void> target);
+
+// An object reference as a tagged value: Nothing when empty.
+template <class T>
+Variant WrapObject(const std::shared_ptr<T>& p) {
+    if (!p) return Variant::Nothing();
+    return Variant(WrapTarget(TypeKey<T>(), std::static_pointer_cast<void>(p)));
+}
+
+// The object behind a tagged value: null for Nothing; anything that is not a
+// reference to a T is error 13.
+template <class T>
+std::shared_ptr<T> UnwrapObject(const Variant& v) {
+    if (!v.isObject()) Raise(err::TypeMismatch, {}, "an object is required, not a value of type " + std::string(TypeName(v.type())));
+    const auto& d = v.asObject();
+    if (!d) return nullptr;
+    if (d->TargetType() != TypeKey<T>()) Raise(err::TypeMismatch, {}, "an object of another class: " + d->ClassName());
+    return std::static_pointer_cast<T>(d->Target());
+}
 
 // Conversion of one C++ parameter type from and back to a tagged value.
 template <class T>
@@ -88,6 +182,27 @@ struct Conv<const std::string&> {
     static Storage From(const Variant& v) { return CStr(v); }
 };
 template <>
+struct Conv<std::string> : Conv<const std::string&> {};
+template <>
+struct Conv<const Variant&> {
+    using Storage = Variant;
+    static constexpr bool byRef = false;
+    static const char* Type() { return "Variant"; }
+    static Storage From(const Variant& v) { return v; }
+};
+template <>
+struct Conv<Variant> : Conv<const Variant&> {};
+template <class T>
+struct Conv<const std::shared_ptr<T>&> {
+    using Storage = std::shared_ptr<T>;
+    static constexpr bool byRef = false;
+    static const char* Type() { return "Object"; }
+    static Storage From(const Variant& v) { return UnwrapObject<T>(v); }
+};
+template <class T>
+struct Conv<std::shared_ptr<T>> : Conv<const std::shared_ptr<T>&> {};
+
+template <>
 struct Conv<double&> {
     using Storage = double;
     static constexpr bool byRef = true;
@@ -104,12 +219,36 @@ struct Conv<int16_t&> {
     static Variant Back(const Storage& s) { return Variant(s); }
 };
 template <>
+struct Conv<int32_t&> {
+    using Storage = int32_t;
+    static constexpr bool byRef = true;
+    static const char* Type() { return "Long"; }
+    static Storage From(const Variant& v) { return CLng(v); }
+    static Variant Back(const Storage& s) { return Variant(s); }
+};
+template <>
 struct Conv<std::string&> {
     using Storage = std::string;
     static constexpr bool byRef = true;
     static const char* Type() { return "String"; }
     static Storage From(const Variant& v) { return CStr(v); }
     static Variant Back(const Storage& s) { return Variant(s); }
+};
+template <>
+struct Conv<Variant&> {
+    using Storage = Variant;
+    static constexpr bool byRef = true;
+    static const char* Type() { return "Variant"; }
+    static Storage From(const Variant& v) { return v; }
+    static Variant Back(const Storage& s) { return s; }
+};
+template <class T>
+struct Conv<std::shared_ptr<T>&> {
+    using Storage = std::shared_ptr<T>;
+    static constexpr bool byRef = true;
+    static const char* Type() { return "Object"; }
+    static Storage From(const Variant& v) { return UnwrapObject<T>(v); }
+    static Variant Back(const Storage& s) { return WrapObject(s); }
 };
 
 // Arrays: an empty value is an empty array; element 0 is part of the array.
@@ -135,10 +274,9 @@ struct Conv<std::vector<int16_t>&> {
     static Variant Back(const Storage& s) { return ArrayOf(s); }
 };
 
+// Results: the interface type and the tagged value of a member's return.
 template <class R>
-struct Result {
-    static const char* Type() { return "Double"; }
-};
+struct Result;
 template <>
 struct Result<void> {
     static const char* Type() { return ""; }
@@ -146,14 +284,37 @@ struct Result<void> {
 template <>
 struct Result<Variant> {
     static const char* Type() { return "Variant"; }
+    static Variant To(Variant v) { return v; }
+};
+template <>
+struct Result<double> {
+    static const char* Type() { return "Double"; }
+    static Variant To(double v) { return Variant(v); }
 };
 template <>
 struct Result<int16_t> {
     static const char* Type() { return "Integer"; }
+    static Variant To(int16_t v) { return Variant(v); }
+};
+template <>
+struct Result<int32_t> {
+    static const char* Type() { return "Long"; }
+    static Variant To(int32_t v) { return Variant(v); }
+};
+template <>
+struct Result<bool> {
+    static const char* Type() { return "Boolean"; }
+    static Variant To(bool v) { return Variant(v); }
 };
 template <>
 struct Result<std::string> {
     static const char* Type() { return "String"; }
+    static Variant To(std::string v) { return Variant(std::move(v)); }
+};
+template <class T>
+struct Result<std::shared_ptr<T>> {
+    static const char* Type() { return "Object"; }
+    static Variant To(const std::shared_ptr<T>& p) { return WrapObject(p); }
 };
 
 template <class C>
@@ -162,15 +323,24 @@ struct Entry {
     std::function<Variant(C&, std::vector<Variant>&)> call;
 };
 
-template <class C, class R, class... A, size_t... I>
-Variant CallWith(C& obj, R (C::*fn)(A...) const, std::vector<Variant>& args, std::index_sequence<I...>) {
+// One or more entries of a table: a method, or the two halves of a property.
+template <class C>
+struct Group {
+    // Implicit, so that a table lists methods and properties side by side.
+    Group(Entry<C> e) { entries.push_back(std::move(e)); }
+    explicit Group(std::vector<Entry<C>> es) : entries(std::move(es)) {}
+    std::vector<Entry<C>> entries;
+};
+
+template <class C, class R, class... A, class F, size_t... I>
+Variant CallWith(C& obj, F fn, std::vector<Variant>& args, std::index_sequence<I...>) {
     // Braced initialisation converts the arguments from left to right.
     std::tuple<typename Conv<A>::Storage...> st{Conv<A>::From(args[I])...};
     Variant result;
     if constexpr (std::is_void_v<R>) {
         (obj.*fn)(std::get<I>(st)...);
     } else {
-        result = Variant((obj.*fn)(std::get<I>(st)...));
+        result = Result<std::decay_t<R>>::To((obj.*fn)(std::get<I>(st)...));
     }
     (
         [&] {
@@ -180,41 +350,147 @@ Variant CallWith(C& obj, R (C::*fn)(A...) const, std::vector<Variant>& args, std
     return result;
 }
 
-// Registers a const member function under its interface name.
-template <class C, class R, class... A>
-Entry<C> Bind(std::string name, R (C::*fn)(A...) const, std::vector<std::string> paramNames, std::string doc) {
+template <class C, class R, class... A, class F>
+Entry<C> MakeEntry(std::string name, MemberKind kind, F fn, std::vector<std::string> paramNames, std::string doc) {
     if (paramNames.size() != sizeof...(A)) throw std::logic_error("parameter names of " + name);
     Entry<C> e;
     e.info.name = std::move(name);
-    e.info.result = Result<R>::Type();
+    e.info.kind = kind;
+    e.info.result = Result<std::decay_t<R>>::Type();
     e.info.doc = std::move(doc);
     size_t i = 0;
     ((e.info.params.push_back({paramNames[i], Conv<A>::Type(), Conv<A>::byRef}), ++i), ...);
-    e.call = [fn, n = sizeof...(A)](C& obj, std::vector<Variant>& args) -> Variant {
-        if (args.size() != n) Raise(err::WrongArgumentCount);
-        return CallWith(obj, fn, args, std::index_sequence_for<A...>{});
+    e.call = [fn](C& obj, std::vector<Variant>& args) -> Variant {
+        if (args.size() != sizeof...(A)) Raise(err::WrongArgumentCount);
+        return CallWith<C, R, A...>(obj, fn, args, std::index_sequence_for<A...>{});
     };
     return e;
+}
+
+// Registers a member function under its interface name.
+template <class C, class R, class... A>
+Entry<C> Bind(std::string name, R (C::*fn)(A...) const, std::vector<std::string> paramNames, std::string doc) {
+    return MakeEntry<C, R, A...>(std::move(name), MemberKind::Method, fn, std::move(paramNames), std::move(doc));
+}
+template <class C, class R, class... A>
+Entry<C> Bind(std::string name, R (C::*fn)(A...), std::vector<std::string> paramNames, std::string doc) {
+    return MakeEntry<C, R, A...>(std::move(name), MemberKind::Method, fn, std::move(paramNames), std::move(doc));
+}
+
+// Registers a property from its read and write accessors, which may share
+// the property's name as overloads.
+template <class C, class R, class A>
+Group<C> BindProperty(std::string name, R (C::*get)() const, void (C::*let)(A), const std::string& doc) {
+    std::vector<Entry<C>> es;
+    es.push_back(MakeEntry<C, R>(name, MemberKind::PropertyGet, get, {}, doc));
+    es.push_back(MakeEntry<C, void, A>(name, MemberKind::PropertyLet, let, {"value"}, doc));
+    return Group<C>(std::move(es));
+}
+
+// Registers a data member as a property: the get returns it, the let stores
+// the value converted to its type. A reference member reads as Nothing while
+// it is empty.
+template <class C, class V>
+    requires(!std::is_function_v<V>)
+Group<C> BindProperty(std::string name, V C::*member, const std::string& doc) {
+    std::vector<Entry<C>> es;
+    Entry<C> get;
+    get.info = {name, MemberKind::PropertyGet, {}, Result<V>::Type(), doc};
+    get.call = [member](C& obj, std::vector<Variant>& args) -> Variant {
+        if (!args.empty()) Raise(err::WrongArgumentCount);
+        return Result<V>::To(obj.*member);
+    };
+    Entry<C> let;
+    let.info = {name, MemberKind::PropertyLet, {{"value", Conv<V>::Type(), false}}, "", doc};
+    let.call = [member](C& obj, std::vector<Variant>& args) -> Variant {
+        if (args.size() != 1) Raise(err::WrongArgumentCount);
+        obj.*member = Conv<V>::From(args[0]);
+        return Variant();
+    };
+    es.push_back(std::move(get));
+    es.push_back(std::move(let));
+    return Group<C>(std::move(es));
 }
 
 // A table of members for one class, looked up case-blind as automation does.
 template <class C>
 class Table {
 public:
-    explicit Table(std::vector<Entry<C>> entries) : entries_(std::move(entries)) {
-        for (const auto& e : entries_) infos_.push_back(e.info);
+    Table(std::initializer_list<Group<C>> groups) {
+        for (const auto& g : groups)
+            for (const auto& e : g.entries) {
+                auto& slot = index_.try_emplace(UCase(e.info.name), Slots{-1, -1, -1}).first->second;
+                int& at = slot[static_cast<size_t>(e.info.kind)];
+                // One name is one member: a method, or a property's get and let.
+                const bool method = e.info.kind == MemberKind::Method;
+                const bool taken = at >= 0 || (method ? slot[1] >= 0 || slot[2] >= 0 : slot[0] >= 0);
+                if (taken) throw std::logic_error("member registered twice: " + e.info.name);
+                at = static_cast<int>(entries_.size());
+                entries_.push_back(e);
+                infos_.push_back(e.info);
+            }
     }
     const std::vector<MemberInfo>& Infos() const { return infos_; }
+
+    const Entry<C>* Find(const std::string& name, MemberKind kind) const {
+        const auto it = index_.find(UCase(name));
+        if (it == index_.end()) return nullptr;
+        const int at = it->second[static_cast<size_t>(kind)];
+        return at < 0 ? nullptr : &entries_[static_cast<size_t>(at)];
+    }
+
     Variant Invoke(C& obj, const std::string& member, std::vector<Variant>& args) const {
-        const std::string want = UCase(member);
-        for (const auto& e : entries_)
-            if (UCase(e.info.name) == want) return e.call(obj, args);
-        Raise(err::NoSuchMember, member);
+        const Entry<C>* e = Find(member, MemberKind::Method);
+        if (!e) e = Find(member, MemberKind::PropertyGet);
+        if (!e) Raise(err::NoSuchMember, member);
+        return e->call(obj, args);
+    }
+    Variant Get(C& obj, const std::string& name) const {
+        const Entry<C>* e = Find(name, MemberKind::PropertyGet);
+        if (!e) Raise(err::NoSuchMember, name);
+        std::vector<Variant> none;
+        return e->call(obj, none);
+    }
+    void Let(C& obj, const std::string& name, const Variant& value) const {
+        const Entry<C>* e = Find(name, MemberKind::PropertyLet);
+        if (!e) Raise(err::NoSuchMember, name);
+        std::vector<Variant> one{value};
+        e->call(obj, one);
     }
 
 private:
+    using Slots = std::array<int, 3>;
     std::vector<Entry<C>> entries_;
     std::vector<MemberInfo> infos_;
+    std::unordered_map<std::string, Slots> index_;
+};
+
+// The interface of one object of a public class: its member table over a
+// shared reference to the object.
+template <class C>
+class Object final : public Dispatchable {
+public:
+    Object(std::shared_ptr<C> target, const Table<C>& table, std::string className)
+        : target_(std::move(target)), table_(table), className_(std::move(className)) {}
+    std::string ClassName() const override { return className_; }
+    const std::vector<MemberInfo>& Members() const override { return table_.Infos(); }
+    const MemberInfo* FindMember(const std::string& name, MemberKind kind) const override {
+        const Entry<C>* e = table_.Find(name, kind);
+        return e ? &e->info : nullptr;
+    }
+    Variant Invoke(const std::string& member, std::vector<Variant>& args) override {
+        return table_.Invoke(*target_, member, args);
+    }
+    Variant GetProperty(const std::string& name) override { return table_.Get(*target_, name); }
+    void LetProperty(const std::string& name, const Variant& value) override { table_.Let(*target_, name, value); }
+    std::shared_ptr<void> Target() const override { return target_; }
+    const void* TargetType() const override { return TypeKey<C>(); }
+    const std::shared_ptr<C>& Ref() const { return target_; }
+
+private:
+    std::shared_ptr<C> target_;
+    const Table<C>& table_;
+    std::string className_;
 };
 
 }  // namespace dispatch

@@ -1,4 +1,6 @@
-// The member tables of the public objects, in the order of their interfaces.
+// The public classes and their member tables, in the order of their
+// interfaces. A new public class needs its table here and one line in
+// PublicClasses(); its automation identity is looked up in kIdentities.
 
 #include "automation/CWindSnow.h"
 #include "automation/Dispatch.h"
@@ -8,6 +10,7 @@ namespace qvrl {
 namespace {
 
 using dispatch::Bind;
+using dispatch::BindProperty;
 using WS = CWindSnow;
 
 const dispatch::Table<CWindSnow>& WindSnowTable() {
@@ -41,6 +44,7 @@ const dispatch::Table<CWindSnow>& WindSnowTable() {
         Bind("SnowBagMue2", &WS::SnowBagMue2, {"hInCm", "sk"},
              "Drift coefficient mue2 at a step of hInCm cm for sk in kN/m2, DIN 1055-5"),
         Bind("SnowBag", &WS::SnowBag, {"mue1", "mue2", "hInCm", "sk"}, "Height of the drift load in kN/m2"),
+        BindProperty("AGS", &WS::AGS, "The municipality object (CAGS); Nothing until one is set"),
         Bind("WindPressure_EN_1991_1_4", &WS::WindPressure_EN_1991_1_4,
              {"CtrlNA", "BuildingCategory", "z_BuildingInM", "BasicWindPressure", "BasicWindVelocity",
               "UpwindSlope_Phi", "OrographicLocationFac_s"},
@@ -73,25 +77,78 @@ const dispatch::Table<CWindSnow>& WindSnowTable() {
     return table;
 }
 
-class WindSnowObject : public Dispatchable {
-public:
-    std::string ClassName() const override { return "CWindSnow"; }
-    const std::vector<MemberInfo>& Members() const override { return WindSnowTable().Infos(); }
-    Variant Invoke(const std::string& member, std::vector<Variant>& args) override {
-        return WindSnowTable().Invoke(obj_, member, args);
-    }
-
-private:
-    CWindSnow obj_;
+// Class and interface identifiers of the type library, by class name.
+struct Identity {
+    const char* name;
+    const char* interfaceName;
+    const char* classId;
+    const char* interfaceId;
 };
+constexpr Identity kIdentities[] = {
+    {"CRoofLoad", "_CRoofLoad", "{EB180B21-C538-4D9B-BC5C-634BAF39375F}", "{1DCDD252-A881-48A6-BAC3-643A7EB628B2}"},
+    {"CWindSnow", "_CWindSnow", "{1AA2E2A7-689E-49A2-9E6F-FC98CFFE3FEA}", "{86FE08A8-9A35-496C-B21B-5F6D95029675}"},
+    {"CWindCpTable", "_CWindCpTable", "{8748BC71-8069-4819-A25C-90531183005D}",
+     "{01217559-0D9D-4D43-BA55-7F8D60222C3D}"},
+    {"CAGS", "_CAGS", "{FB6D39CE-E543-47A0-8FF9-DEA00F5F923E}", "{057035E9-05A1-4904-927C-DEF96FD1710A}"},
+};
+
+template <class C>
+dispatch::PublicClass Register(const std::string& name, const dispatch::Table<C>& (*table)()) {
+    dispatch::PublicClass c;
+    c.name = name;
+    for (const Identity& id : kIdentities)
+        if (name == id.name) {
+            c.interfaceName = id.interfaceName;
+            c.classId = id.classId;
+            c.interfaceId = id.interfaceId;
+        }
+    if (c.classId.empty()) throw std::logic_error("no identity for the class " + name);
+    c.type = dispatch::TypeKey<C>();
+    c.members = [table]() -> const std::vector<MemberInfo>& { return table().Infos(); };
+    c.create = [name, table]() -> std::unique_ptr<Dispatchable> {
+        return std::make_unique<dispatch::Object<C>>(std::make_shared<C>(), table(), name);
+    };
+    c.wrap = [name, table](std::shared_ptr<void> target) -> std::unique_ptr<Dispatchable> {
+        return std::make_unique<dispatch::Object<C>>(std::static_pointer_cast<C>(std::move(target)), table(), name);
+    };
+    return c;
+}
 
 }  // namespace
 
-std::unique_ptr<Dispatchable> CreateObjectByName(const std::string& className) {
-    if (UCase(className) == "CWINDSNOW") return std::make_unique<WindSnowObject>();
+namespace dispatch {
+
+const std::vector<PublicClass>& PublicClasses() {
+    static const std::vector<PublicClass> classes{
+        Register<CWindSnow>("CWindSnow", WindSnowTable),
+    };
+    return classes;
+}
+
+const PublicClass* FindPublicClass(const std::string& name) {
+    const std::string want = UCase(name);
+    for (const auto& c : PublicClasses())
+        if (UCase(c.name) == want) return &c;
     return nullptr;
 }
 
-std::vector<std::string> PublicClassNames() { return {"CWindSnow"}; }
+std::shared_ptr<Dispatchable> WrapTarget(const void* type, std::shared_ptr<void> target) {
+    for (const auto& c : PublicClasses())
+        if (c.type == type) return c.wrap(std::move(target));
+    Raise(err::NoAutomation, {}, "Class does not support Automation");
+}
+
+}  // namespace dispatch
+
+std::unique_ptr<Dispatchable> CreateObjectByName(const std::string& className) {
+    const dispatch::PublicClass* c = dispatch::FindPublicClass(className);
+    return c ? c->create() : nullptr;
+}
+
+std::vector<std::string> PublicClassNames() {
+    std::vector<std::string> names;
+    for (const auto& c : dispatch::PublicClasses()) names.push_back(c.name);
+    return names;
+}
 
 }  // namespace qvrl

@@ -43,6 +43,7 @@ const char* TypeName(Variant::Type t) {
     case Variant::Type::String: return "String";
     case Variant::Type::Date: return "Date";
     case Variant::Type::Array: return "Array";
+    case Variant::Type::Object: return "Object";
     }
     return "?";
 }
@@ -137,7 +138,8 @@ double Variant::toDouble() const {
     case Type::Double: return asDouble();
     case Type::Boolean: return asBoolean() ? -1.0 : 0.0;
     case Type::Date: return asDate().serial;
-    case Type::Array: Raise(err::TypeMismatch);
+    case Type::Array:
+    case Type::Object: Raise(err::TypeMismatch);
     case Type::String: {
         double v = 0.0;
         if (!ParseNumber(asString(), v)) Raise(err::TypeMismatch);
@@ -156,7 +158,8 @@ std::string Variant::toString() const {
     case Type::Double: return DoubleToText(asDouble());
     case Type::Boolean: return asBoolean() ? "True" : "False";
     case Type::String: return asString();
-    case Type::Array: Raise(err::TypeMismatch);
+    case Type::Array:
+    case Type::Object: Raise(err::TypeMismatch);
     case Type::Date: {
         const double s = asDate().serial;
         const bool hasTime = s != std::floor(s);
@@ -272,7 +275,8 @@ bool IsNumeric(const Variant& v) {
     case Variant::Type::Empty: return true;
     case Variant::Type::Null: return false;
     case Variant::Type::Date:
-    case Variant::Type::Array: return false;
+    case Variant::Type::Array:
+    case Variant::Type::Object: return false;
     case Variant::Type::String: return IsNumeric(std::string_view(v.asString()));
     default: return true;
     }

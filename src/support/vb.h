@@ -30,10 +30,19 @@ struct ArrayValue {
     bool operator==(const ArrayValue& o) const;
 };
 
+class Dispatchable;
+// An object reference; an empty one is Nothing. Two references are equal when
+// they reach the same object (Basic's Is), even through different wrappers.
+// Defined beside Dispatchable, which knows what an object's identity is.
+struct ObjectValue {
+    std::shared_ptr<Dispatchable> ref;
+    bool operator==(const ObjectValue& o) const;
+};
+
 // The tagged value of the automation interface.
 class Variant {
 public:
-    enum class Type { Empty, Null, Integer, Long, Double, Boolean, String, Date, Array };
+    enum class Type { Empty, Null, Integer, Long, Double, Boolean, String, Date, Array, Object };
 
     Variant() = default;
     Variant(int16_t v) : v_(v) {}
@@ -44,12 +53,16 @@ public:
     Variant(const char* v) : v_(std::string(v)) {}
     Variant(DateValue v) : v_(v) {}
     explicit Variant(std::vector<Variant> items);
+    explicit Variant(std::shared_ptr<Dispatchable> object) : v_(ObjectValue{std::move(object)}) {}
     static Variant Null() { Variant r; r.v_ = NullValue{}; return r; }
+    static Variant Nothing() { return Variant(std::shared_ptr<Dispatchable>()); }
 
     Type type() const noexcept { return static_cast<Type>(v_.index()); }
     bool isEmpty() const noexcept { return type() == Type::Empty; }
     bool isNull() const noexcept { return type() == Type::Null; }
     bool isNumeric() const noexcept;  // Integer, Long, Double, Boolean, Date
+    bool isObject() const noexcept { return type() == Type::Object; }
+    bool isNothing() const noexcept { return isObject() && !asObject(); }
 
     int16_t asInteger() const { return std::get<int16_t>(v_); }
     int32_t asLong() const { return std::get<int32_t>(v_); }
@@ -58,9 +71,10 @@ public:
     const std::string& asString() const { return std::get<std::string>(v_); }
     DateValue asDate() const { return std::get<DateValue>(v_); }
     const std::vector<Variant>& asArray() const { return *std::get<ArrayValue>(v_).items; }
+    const std::shared_ptr<Dispatchable>& asObject() const { return std::get<ObjectValue>(v_).ref; }
 
     // Basic's CDbl / CStr / CBool: Empty is 0 / "" / False, Null is error 94,
-    // a text that is not a number is error 13.
+    // a text that is not a number is error 13, and so is an object.
     double toDouble() const;
     std::string toString() const;
     bool toBoolean() const;
@@ -68,7 +82,9 @@ public:
     bool operator==(const Variant&) const = default;
 
 private:
-    std::variant<std::monostate, NullValue, int16_t, int32_t, double, bool, std::string, DateValue, ArrayValue> v_;
+    std::variant<std::monostate, NullValue, int16_t, int32_t, double, bool, std::string, DateValue, ArrayValue,
+                 ObjectValue>
+        v_;
 };
 
 const char* TypeName(Variant::Type t);

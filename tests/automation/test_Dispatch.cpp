@@ -73,7 +73,7 @@ TEST_F(Dispatch, EveryMemberIsDescribed) {
     std::vector<std::string> names;
     for (const auto& m : ws->Members()) {
         EXPECT_FALSE(m.doc.empty()) << m.name;
-        names.push_back(m.name);
+        if (m.kind == MemberKind::Method) names.push_back(m.name);
     }
     EXPECT_EQ(names.size(), 31u);
     EXPECT_EQ(names.front(), "WindPressure_DIN1055_4_1986");
