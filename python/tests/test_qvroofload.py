@@ -208,5 +208,35 @@ class Objects(unittest.TestCase):
         self.assertEqual(b.SnowBag_EN_1991_1_3(53, 1.0, 4.0), (None, 5.0, 5.0, 20.0))
 
 
+class CoefficientTable(unittest.TestCase):
+    def test_properties_store_and_clone_stands_apart(self):
+        t = qvroofload.CWindCpTable()
+        t.Theta = 90
+        t.Alpha = 22.5
+        t.TrTyp = 2
+        c = t.Clone()
+        self.assertIsInstance(c, qvroofload.CWindCpTable)
+        self.assertNotEqual(c, t)
+        self.assertEqual((c.Theta, c.Alpha, c.TrTyp), (90.0, 22.5, 2))
+        c.Alpha = 45.0
+        self.assertEqual(t.Alpha, 22.5)
+
+    def test_copy_writes_into_another_table(self):
+        src, dst = qvroofload.CWindCpTable(), qvroofload.CWindCpTable()
+        src.Area_F10 = -1.8
+        src.Mue = 0.25
+        src.Copy(dst)
+        self.assertEqual((dst.Area_F10, dst.Mue), (-1.8, 0.25))
+        with self.assertRaises(qvroofload.RuntimeError) as e:
+            src.Copy(None)
+        self.assertEqual(e.exception.number, 91)
+
+    def test_a_sixteen_bit_property_overflows(self):
+        t = qvroofload.CWindCpTable()
+        with self.assertRaises(qvroofload.RuntimeError) as e:
+            t.TrTyp = 40000
+        self.assertEqual(e.exception.number, 6)
+
+
 if __name__ == "__main__":
     unittest.main()

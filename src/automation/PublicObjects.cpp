@@ -4,6 +4,7 @@
 
 #include "automation/CWindSnow.h"
 #include "automation/Dispatch.h"
+#include "cp/CWindCpTable.h"
 
 namespace qvrl {
 
@@ -12,6 +13,86 @@ namespace {
 using dispatch::Bind;
 using dispatch::BindProperty;
 using WS = CWindSnow;
+using CP = CWindCpTable;
+
+const dispatch::Table<CWindCpTable>& WindCpTableTable() {
+    static const dispatch::Table<CWindCpTable> table({
+        BindProperty("Theta", &CP::Theta, &CP::Theta, "Wind direction in degrees (request)"),
+        BindProperty("Alpha", &CP::Alpha, &CP::Alpha, "Roof pitch in degrees (request)"),
+        BindProperty("Area_F10", &CP::Area_F10, &CP::Area_F10, "External pressure coefficient of zone F for 10 m2"),
+        BindProperty("Area_F1", &CP::Area_F1, &CP::Area_F1, "External pressure coefficient of zone F for 1 m2"),
+        BindProperty("Area_F10a", &CP::Area_F10a, &CP::Area_F10a, "External pressure coefficient of zone F for 10 m2 (second value)"),
+        BindProperty("Area_F1a", &CP::Area_F1a, &CP::Area_F1a, "External pressure coefficient of zone F for 1 m2 (second value)"),
+        BindProperty("Area_G10", &CP::Area_G10, &CP::Area_G10, "External pressure coefficient of zone G for 10 m2"),
+        BindProperty("Area_G1", &CP::Area_G1, &CP::Area_G1, "External pressure coefficient of zone G for 1 m2"),
+        BindProperty("Area_G10a", &CP::Area_G10a, &CP::Area_G10a, "External pressure coefficient of zone G for 10 m2 (second value)"),
+        BindProperty("Area_G1a", &CP::Area_G1a, &CP::Area_G1a, "External pressure coefficient of zone G for 1 m2 (second value)"),
+        BindProperty("Area_H10", &CP::Area_H10, &CP::Area_H10, "External pressure coefficient of zone H for 10 m2"),
+        BindProperty("Area_H1", &CP::Area_H1, &CP::Area_H1, "External pressure coefficient of zone H for 1 m2"),
+        BindProperty("Area_H10a", &CP::Area_H10a, &CP::Area_H10a, "External pressure coefficient of zone H for 10 m2 (second value)"),
+        BindProperty("Area_H1a", &CP::Area_H1a, &CP::Area_H1a, "External pressure coefficient of zone H for 1 m2 (second value)"),
+        BindProperty("Area_I10", &CP::Area_I10, &CP::Area_I10, "External pressure coefficient of zone I for 10 m2"),
+        BindProperty("Area_I1", &CP::Area_I1, &CP::Area_I1, "External pressure coefficient of zone I for 1 m2"),
+        BindProperty("Area_I10a", &CP::Area_I10a, &CP::Area_I10a, "External pressure coefficient of zone I for 10 m2 (second value)"),
+        BindProperty("Area_I1a", &CP::Area_I1a, &CP::Area_I1a, "External pressure coefficient of zone I for 1 m2 (second value)"),
+        BindProperty("Area_J10", &CP::Area_J10, &CP::Area_J10, "External pressure coefficient of zone J for 10 m2"),
+        BindProperty("Area_J1", &CP::Area_J1, &CP::Area_J1, "External pressure coefficient of zone J for 1 m2"),
+        BindProperty("Area_J10a", &CP::Area_J10a, &CP::Area_J10a, "External pressure coefficient of zone J for 10 m2 (second value)"),
+        BindProperty("Area_J1a", &CP::Area_J1a, &CP::Area_J1a, "External pressure coefficient of zone J for 1 m2 (second value)"),
+        BindProperty("Area_K10", &CP::Area_K10, &CP::Area_K10, "External pressure coefficient of zone K for 10 m2"),
+        BindProperty("Area_K1", &CP::Area_K1, &CP::Area_K1, "External pressure coefficient of zone K for 1 m2"),
+        BindProperty("Area_L10", &CP::Area_L10, &CP::Area_L10, "External pressure coefficient of zone L for 10 m2"),
+        BindProperty("Area_L1", &CP::Area_L1, &CP::Area_L1, "External pressure coefficient of zone L for 1 m2"),
+        BindProperty("Area_M10", &CP::Area_M10, &CP::Area_M10, "External pressure coefficient of zone M for 10 m2"),
+        BindProperty("Area_M1", &CP::Area_M1, &CP::Area_M1, "External pressure coefficient of zone M for 1 m2"),
+        BindProperty("Area_N10", &CP::Area_N10, &CP::Area_N10, "External pressure coefficient of zone N for 10 m2"),
+        BindProperty("Area_N1", &CP::Area_N1, &CP::Area_N1, "External pressure coefficient of zone N for 1 m2"),
+        BindProperty("Area_A10", &CP::Area_A10, &CP::Area_A10, "External pressure coefficient of zone A for 10 m2"),
+        BindProperty("Area_A1", &CP::Area_A1, &CP::Area_A1, "External pressure coefficient of zone A for 1 m2"),
+        BindProperty("Area_B10", &CP::Area_B10, &CP::Area_B10, "External pressure coefficient of zone B for 10 m2"),
+        BindProperty("Area_B1", &CP::Area_B1, &CP::Area_B1, "External pressure coefficient of zone B for 1 m2"),
+        BindProperty("Area_C10", &CP::Area_C10, &CP::Area_C10, "External pressure coefficient of zone C for 10 m2"),
+        BindProperty("Area_C1", &CP::Area_C1, &CP::Area_C1, "External pressure coefficient of zone C for 1 m2"),
+        BindProperty("Area_D10", &CP::Area_D10, &CP::Area_D10, "External pressure coefficient of zone D for 10 m2"),
+        BindProperty("Area_D1", &CP::Area_D1, &CP::Area_D1, "External pressure coefficient of zone D for 1 m2"),
+        BindProperty("Area_E10", &CP::Area_E10, &CP::Area_E10, "External pressure coefficient of zone E for 10 m2"),
+        BindProperty("Area_E1", &CP::Area_E1, &CP::Area_E1, "External pressure coefficient of zone E for 1 m2"),
+        BindProperty("hpZuH", &CP::hpZuH, &CP::hpZuH, "Parapet height over building height hp/h (request)"),
+        BindProperty("rZuH", &CP::rZuH, &CP::rZuH, "Eave radius over building height r/h (request)"),
+        BindProperty("HzuD", &CP::HzuD, &CP::HzuD, "Building height over depth h/d (request)"),
+        BindProperty("AlphaTr", &CP::AlphaTr, &CP::AlphaTr, "Mansard eave angle in degrees (request)"),
+        BindProperty("Area_K10a", &CP::Area_K10a, &CP::Area_K10a, "External pressure coefficient of zone K for 10 m2 (second value)"),
+        BindProperty("Area_K1a", &CP::Area_K1a, &CP::Area_K1a, "External pressure coefficient of zone K for 1 m2 (second value)"),
+        BindProperty("Area_L10a", &CP::Area_L10a, &CP::Area_L10a, "External pressure coefficient of zone L for 10 m2 (second value)"),
+        BindProperty("Area_L1a", &CP::Area_L1a, &CP::Area_L1a, "External pressure coefficient of zone L for 1 m2 (second value)"),
+        BindProperty("Area_M10a", &CP::Area_M10a, &CP::Area_M10a, "External pressure coefficient of zone M for 10 m2 (second value)"),
+        BindProperty("Area_M1a", &CP::Area_M1a, &CP::Area_M1a, "External pressure coefficient of zone M for 1 m2 (second value)"),
+        BindProperty("Area_N10a", &CP::Area_N10a, &CP::Area_N10a, "External pressure coefficient of zone N for 10 m2 (second value)"),
+        BindProperty("Area_N1a", &CP::Area_N1a, &CP::Area_N1a, "External pressure coefficient of zone N for 1 m2 (second value)"),
+        BindProperty("Area_A10a", &CP::Area_A10a, &CP::Area_A10a, "External pressure coefficient of zone A for 10 m2 (second value)"),
+        BindProperty("Area_A1a", &CP::Area_A1a, &CP::Area_A1a, "External pressure coefficient of zone A for 1 m2 (second value)"),
+        BindProperty("Area_B10a", &CP::Area_B10a, &CP::Area_B10a, "External pressure coefficient of zone B for 10 m2 (second value)"),
+        BindProperty("Area_B1a", &CP::Area_B1a, &CP::Area_B1a, "External pressure coefficient of zone B for 1 m2 (second value)"),
+        BindProperty("Area_C10a", &CP::Area_C10a, &CP::Area_C10a, "External pressure coefficient of zone C for 10 m2 (second value)"),
+        BindProperty("Area_C1a", &CP::Area_C1a, &CP::Area_C1a, "External pressure coefficient of zone C for 1 m2 (second value)"),
+        BindProperty("Area_D10a", &CP::Area_D10a, &CP::Area_D10a, "External pressure coefficient of zone D for 10 m2 (second value)"),
+        BindProperty("Area_D1a", &CP::Area_D1a, &CP::Area_D1a, "External pressure coefficient of zone D for 1 m2 (second value)"),
+        BindProperty("Area_E10a", &CP::Area_E10a, &CP::Area_E10a, "External pressure coefficient of zone E for 10 m2 (second value)"),
+        BindProperty("Area_E1a", &CP::Area_E1a, &CP::Area_E1a, "External pressure coefficient of zone E for 1 m2 (second value)"),
+        BindProperty("Area_Ft10", &CP::Area_Ft10, &CP::Area_Ft10, "External pressure coefficient of zone Ft for 10 m2"),
+        BindProperty("Area_Ft1", &CP::Area_Ft1, &CP::Area_Ft1, "External pressure coefficient of zone Ft for 1 m2"),
+        BindProperty("Area_Ft10a", &CP::Area_Ft10a, &CP::Area_Ft10a, "External pressure coefficient of zone Ft for 10 m2 (second value)"),
+        BindProperty("Area_Ft1a", &CP::Area_Ft1a, &CP::Area_Ft1a, "External pressure coefficient of zone Ft for 1 m2 (second value)"),
+        BindProperty("Norm", &CP::Norm, &CP::Norm, "Standard code of the coefficients (request)"),
+        BindProperty("TrTyp", &CP::TrTyp, &CP::TrTyp, "Eave type of a flat roof (request)"),
+        BindProperty("Mue", &CP::Mue, &CP::Mue, "Opening ratio mu for internal pressure (request)"),
+        BindProperty("Area_Inside", &CP::Area_Inside, &CP::Area_Inside, "Internal pressure coefficient c_pi"),
+        BindProperty("Area_Insidea", &CP::Area_Insidea, &CP::Area_Insidea, "Internal pressure coefficient c_pi (second value)"),
+        Bind("Copy", &CP::Copy, {"Dst"}, "Copies every property into the table object Dst"),
+        Bind("Clone", &CP::Clone, {}, "A new, independent table object with the same values"),
+    });
+    return table;
+}
 
 const dispatch::Table<CWindSnow>& WindSnowTable() {
     static const dispatch::Table<CWindSnow> table({
@@ -121,6 +202,7 @@ namespace dispatch {
 const std::vector<PublicClass>& PublicClasses() {
     static const std::vector<PublicClass> classes{
         Register<CWindSnow>("CWindSnow", WindSnowTable),
+        Register<CWindCpTable>("CWindCpTable", WindCpTableTable),
     };
     return classes;
 }

@@ -285,7 +285,13 @@ TEST_F(DispatchProperties, TheMunicipalityReferenceOfCWindSnow) {
 }
 
 TEST_F(DispatchProperties, TheRegistryOfPublicClasses) {
-    EXPECT_EQ(PublicClassNames(), std::vector<std::string>{"CWindSnow"});
+    EXPECT_EQ(PublicClassNames(), (std::vector<std::string>{"CWindSnow", "CWindCpTable"}));
+    const dispatch::PublicClass* cp = dispatch::FindPublicClass("CWindCpTable");
+    ASSERT_NE(cp, nullptr);
+    EXPECT_EQ(cp->classId, "{8748BC71-8069-4819-A25C-90531183005D}");
+    EXPECT_EQ(cp->interfaceId, "{01217559-0D9D-4D43-BA55-7F8D60222C3D}");
+    // 71 properties, each a get and a let, then Copy and Clone
+    EXPECT_EQ(cp->members().size(), 71u * 2 + 2);
     const dispatch::PublicClass* c = dispatch::FindPublicClass("cwindsnow");
     ASSERT_NE(c, nullptr);
     EXPECT_EQ(c->classId, "{1AA2E2A7-689E-49A2-9E6F-FC98CFFE3FEA}");
