@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include "ErrorOf.h"
+
 #include <cmath>
 #include <cstdint>
 #include <limits>
@@ -16,15 +18,7 @@ constexpr double kInf = std::numeric_limits<double>::infinity();
 constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
 
 // The run-time error number a call raises, or 0 when it returns.
-template <class F>
-int32_t ErrorOf(F&& f) {
-    try {
-        f();
-    } catch (const RuntimeError& e) {
-        return e.number();
-    }
-    return 0;
-}
+using test::ErrorOf;
 
 double Squared(double x) { return x * x; }
 

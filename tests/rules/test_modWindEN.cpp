@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include "ErrorOf.h"
+
 #include <cmath>
 
 #include "rules/modWindUK.h"
@@ -13,14 +15,7 @@ namespace {
 // Where a figure is only published rounded to four places.
 constexpr double kFourPlaces = 0.5e-4;
 
-int32_t ErrorOf(auto&& call) {
-    try {
-        call();
-    } catch (const RuntimeError& e) {
-        return e.number();
-    }
-    return 0;
-}
+using test::ErrorOf;
 
 struct Site {
     int16_t na = 54, cat = 2;

@@ -1,5 +1,7 @@
 #include <gtest/gtest.h>
 
+#include "ErrorOf.h"
+
 #include <cmath>
 #include <limits>
 
@@ -10,14 +12,7 @@ using namespace qvrl;
 
 namespace {
 
-int ErrorOf(const std::function<void()>& f) {
-    try {
-        f();
-    } catch (const RuntimeError& e) {
-        return e.number();
-    }
-    return 0;
-}
+using test::ErrorOf;
 
 struct ValCase {
     const char* text;
