@@ -442,6 +442,22 @@ Query ParseQuery(std::string_view text) { return Parser(text).ParseQuery(); }
 
 std::unique_ptr<Expr> ParseCriterion(std::string_view text) { return Parser(text).ParseCriterionOnly(); }
 
+void CheckNesting(const std::string& sql) {
+    // SQLite's parser overflows at about a hundred levels of parentheses, or
+    // fewer with a CAST on each; forty leaves room and is far above what the
+    // modules build (under ten).
+    constexpr int kMaxSqlNesting = 40;
+    int depth = 0;
+    bool quoted = false;
+    for (const char c : sql) {
+        if (c == '"') quoted = !quoted;
+        if (quoted) continue;
+        if (c == '(' && ++depth > kMaxSqlNesting)
+            Raise(err::QuerySyntax, {}, "Syntax error in query expression: the query is too complex");
+        if (c == ')') --depth;
+    }
+}
+
 std::string QuoteName(std::string_view name) {
     std::string r = "\"";
     for (const char c : name) {

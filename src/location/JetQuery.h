@@ -86,6 +86,10 @@ std::string ToSql(const Expr& e, const ColumnResolver& resolve, std::vector<Para
 // SQL of an ORDER BY value: a text column sorts by the store's collation.
 std::string OrderSql(const Expr& e, const ColumnResolver& resolve, std::vector<Param>& params);
 
+// Error 3075 when SQL made by ToSql nests deeper than SQLite's parser takes
+// (a long chain of arithmetic does); names in double quotes do not count.
+void CheckNesting(const std::string& sql);
+
 // A name in double quotes, as SQLite reads it.
 std::string QuoteName(std::string_view name);
 

@@ -749,6 +749,7 @@ void Recordset::FindFirst(const std::string& Criteria) {
         return jet::ColumnSql{text ? "CAST(" + p + " AS TEXT)" : p, text};
     };
     const std::string sql = "SELECT " + jet::ToSql(*criterion, resolve, params);
+    jet::CheckNesting(sql);
     StatementUse use(core_->db->Prepare(sql));
     sqlite3_stmt* s = use.get();
     for (size_t i = 0; i < params.size(); ++i) BindParam(s, static_cast<int>(i + 1), params[i]);
@@ -944,6 +945,7 @@ std::unique_ptr<Recordset> Database::Run(const jet::Query& q, int16_t Type) {
     sql += " ORDER BY ";
     for (size_t i = 0; i < orderSql.size(); ++i) sql += orderSql[i] + (q.orderBy[i].descending ? " DESC, " : ", ");
     sql += "_rowid_";
+    jet::CheckNesting(sql);
 
     StatementUse use(impl_->Prepare(sql));
     sqlite3_stmt* s = use.get();

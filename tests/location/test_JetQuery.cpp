@@ -285,7 +285,7 @@ TEST(JetLike, PatternsAsJetReadsThem) {
         EXPECT_EQ(LikeMatch(c.value, c.pattern), c.match) << "'" << c.value << "' LIKE '" << c.pattern << "'";
 }
 
-TEST(StoreCollation, CaseBlindEqualityAndGermanOrder) {
+TEST(JetCollation, CaseBlindEqualityAndGermanOrder) {
     EXPECT_EQ(CompareText("München", "MÜNCHEN"), 0);
     EXPECT_EQ(CompareText("ärzen", "ÄRZEN"), 0);
     EXPECT_EQ(CompareText("abc", "ABC"), 0);

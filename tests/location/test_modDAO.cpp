@@ -264,6 +264,24 @@ TEST_F(DAOTest, ArithmeticIsFloatingAsInJet) {
     }
 }
 
+TEST_F(DAOTest, ArithmeticTooDeepForSQLiteIs3075) {
+    auto db = Sample();
+    // Alternating products and quotients nest a CAST at every other step.
+    auto chain = [](int terms) {
+        std::string e = "ID";
+        for (int i = 0; i < terms; ++i) e += i % 2 ? " * 2" : " / 3";
+        return e + " > 0";
+    };
+    auto rs = db->OpenRecordset("SELECT * FROM cpe WHERE " + chain(20) + " ORDER BY ID", dao::dbOpenSnapshot);
+    rs->MoveLast();
+    EXPECT_EQ(rs->RecordCount(), 14);
+    EXPECT_EQ(ErrorOf([&] { db->OpenRecordset("SELECT * FROM cpe WHERE " + chain(120), dao::dbOpenSnapshot); }),
+              err::QuerySyntax);
+    EXPECT_EQ(ErrorOf([&] { rs->FindFirst(chain(120)); }), err::QuerySyntax);
+    rs->FindFirst(chain(20));
+    EXPECT_FALSE(rs->NoMatch());
+}
+
 TEST_F(DAOTest, FilterTextsWithQuotesNeverChangeTheFile) {
     auto db = Sample();
     for (const char* name : {"O'Brien", "x' OR '1'='1", "'; DROP TABLE slzwlz; --"}) {
