@@ -12,6 +12,7 @@
 #include <string>
 #include <system_error>
 
+#include "interchange/ExampleBlockFile.h"
 #include "interchange/FileWrite.h"
 #include "interchange/modAsciiRL.h"
 
@@ -19,17 +20,7 @@ namespace {
 
 using namespace qvrl;
 
-const char* const kExample =
-    "@VERSION Vers CtrlNorm\r\n"
-    "VERSION 004 001\r\n"
-    "@SELECTCODES\r\n"
-    "SELECTCODES '_1_3_'\r\n"
-    "@TOWN            AGS\r\n"
-    "TOWN     '05315000'\r\n"
-    "@WINDLOAD        Norm        q0          h         wz        cat         qb\r\n"
-    "WINDLOAD          1   0.000050      10.00          2          1          0\r\n"
-    "@SNOWLOAD        Norm        s0          h         sz\r\n"
-    "SNOWLOAD          1   0.000075     250.00          2\r\n";
+const char* const kExample = test::kExampleBlockFile;
 
 class ExampleFile {
 public:

@@ -3,6 +3,7 @@
 #include <nlohmann/json.hpp>
 #include <string>
 
+#include "interchange/ExampleBlockFile.h"
 #include "TestEnv.h"
 #include "e2e/CliRunner.h"
 
@@ -11,17 +12,7 @@ using nlohmann::json;
 
 namespace {
 
-const std::string kExample =
-    "@VERSION Vers CtrlNorm\r\n"
-    "VERSION 004 001\r\n"
-    "@SELECTCODES\r\n"
-    "SELECTCODES '_1_3_'\r\n"
-    "@TOWN            AGS\r\n"
-    "TOWN     '05315000'\r\n"
-    "@WINDLOAD        Norm        q0          h         wz        cat         qb\r\n"
-    "WINDLOAD          1   0.000050      10.00          2          1          0\r\n"
-    "@SNOWLOAD        Norm        s0          h         sz\r\n"
-    "SNOWLOAD          1   0.000075     250.00          2\r\n";
+const std::string kExample = test::kExampleBlockFile;
 
 class CliBlocks : public test::IsolatedTest {
 protected:
