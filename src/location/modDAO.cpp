@@ -306,6 +306,7 @@ struct Database::Impl {
         tables.clear();
         tablesLoaded = false;
         inTrans = false;
+        results.clear();
     }
 
     sqlite3* Handle() const {
@@ -338,6 +339,7 @@ struct Database::Impl {
     }
 
     void InvalidateSchema() {
+        results.clear();
         tables.clear();
         tablesLoaded = false;
         schemaVersion = -1;
@@ -417,6 +419,35 @@ struct Database::Impl {
     }
 
     std::vector<std::string> tableOrder;
+
+    // Snapshots of read-only connections, by query text. A read-only
+    // connection changes nothing itself, so a result stays true until another
+    // connection commits, which PRAGMA data_version reveals; each open asks
+    // it anew, so a caller never sees an old result. Small results only: the
+    // figure and look-up tables are read in rows of one or two.
+    struct CachedResult {
+        std::string table;
+        std::vector<ColumnInfo> cols;
+        std::vector<std::vector<Variant>> rows;
+        std::vector<int64_t> rowids;
+    };
+    static constexpr size_t kMaxCachedRows = 64;
+    static constexpr size_t kMaxCachedResults = 512;
+    std::unordered_map<std::string, CachedResult> results;
+    int64_t resultsVersion = -1;
+
+    // Drops the cached snapshots when the file has changed since they were read.
+    void ValidateResults() {
+        int64_t version = -1;
+        {
+            StatementUse use(Prepare("PRAGMA data_version"));
+            const int rc = sqlite3_step(use.get());
+            if (rc != SQLITE_ROW) Fail(rc);
+            version = sqlite3_column_int64(use.get(), 0);
+        }
+        if (version != resultsVersion) results.clear();
+        resultsVersion = version;
+    }
 
     struct IndexInfo {
         std::string name;
@@ -894,12 +925,32 @@ std::unique_ptr<Recordset> Database::OpenRecordset(const std::string& Name, int1
     if (Type != dao::dbOpenSnapshot && Type != dao::dbOpenDynaset)
         Raise(dao::errInvalidArgument, {}, "Invalid argument: recordset type " + std::to_string(Type) + ".");
     impl_->Handle();
+    const bool cacheable = impl_->readOnly && Type == dao::dbOpenSnapshot;
+    if (cacheable) {
+        impl_->ValidateResults();
+        const auto hit = impl_->results.find(Name);
+        if (hit != impl_->results.end()) {
+            auto core = std::make_unique<Recordset::Core>();
+            core->db = impl_;
+            core->table = hit->second.table;
+            core->cols = hit->second.cols;
+            core->rows = hit->second.rows;
+            core->rowids = hit->second.rowids;
+            return std::unique_ptr<Recordset>(new Recordset(std::move(core)));
+        }
+    }
     const jet::Query q = jet::ParseQuery(Name);
     // A table changed by another connection since the schema was read shows
     // as an engine error on the first try; the second reads it anew.
     for (int attempt = 0;; ++attempt) {
         try {
-            return Run(q, Type);
+            std::unique_ptr<Recordset> rs = Run(q, Type);
+            const Recordset::Core& c = *rs->core_;
+            if (cacheable && c.rows.size() <= Impl::kMaxCachedRows) {
+                if (impl_->results.size() >= Impl::kMaxCachedResults) impl_->results.clear();
+                impl_->results[Name] = Impl::CachedResult{c.table, c.cols, c.rows, c.rowids};
+            }
+            return rs;
         } catch (const RuntimeError& e) {
             if (attempt > 0 || e.number() != dao::errEngine) throw;
             impl_->ReloadSchema();

@@ -498,6 +498,34 @@ TEST_F(DAOTest, WritesNeedADynasetOfAWritableDatabase) {
     EXPECT_EQ(ok->Fields("Typ").Value(), Variant(int16_t{2}));
 }
 
+// A read-only connection answers a repeated query from what it read before;
+// a commit of another connection must still show at the next open.
+TEST_F(DAOTest, RepeatedReadOnlyQuerySeesOtherConnectionsCommits) {
+    auto ro = Sample();
+    const std::string q = "SELECT TOP 1 * FROM en_bs_fig3 WHERE (dist-0.5)>=0 ORDER BY (dist-0.5)";
+    auto first = ro->OpenRecordset(q, dao::dbOpenSnapshot);
+    ASSERT_EQ(first->Fields("5").Value(), Variant(1.4));
+    first->Close();  // closing one answer leaves the next one whole
+    auto again = ro->OpenRecordset(q, dao::dbOpenSnapshot);
+    EXPECT_EQ(again->Fields("5").Value(), Variant(1.4));
+    again->MoveLast();
+    EXPECT_EQ(again->RecordCount(), 1);
+
+    auto rw = DBEngine::OpenDatabase(Path("qvrl.mdb"));
+    auto edit = rw->OpenRecordset("SELECT * FROM en_bs_fig3 WHERE dist = 1", dao::dbOpenDynaset);
+    edit->Edit();
+    edit->Fields("5").Value(Variant(7.5));
+    edit->Update();
+    EXPECT_EQ(ro->OpenRecordset(q, dao::dbOpenSnapshot)->Fields("5").Value(), Variant(7.5));
+
+    auto all = rw->OpenRecordset("en_bs_fig3", dao::dbOpenDynaset);
+    while (!all->EOF_()) {
+        all->Delete();
+        all->MoveNext();
+    }
+    EXPECT_TRUE(ro->OpenRecordset(q, dao::dbOpenSnapshot)->EOF_());
+}
+
 TEST_F(DAOTest, TransactionsLandWholeOrNotAtAll) {
     auto db = DBEngine::CreateDatabase(Path("t.mdb"), dao::dbLangGeneral);
     AddTable(*db, "a", {{"x", dbDouble}}, {{1.0}});
