@@ -35,11 +35,16 @@ struct ModuleState {
     // (-1 never), or at the rename.
     int64_t FileWriteFailAfter = -1;
     bool FileWriteFailAtRename = false;
-    // Standard the zone tables are opened for.
-    int16_t ZoneTableNorm = 3;
+    // Norm codes the snow and wind zone tables are opened for (modSLZMdb,
+    // modWLZMdb), each module its own; 0 until one is set.
+    int16_t SlzNorm = 0;
+    int16_t WlzNorm = 0;
     // Once a database could not be opened in place, copies in the temporary
     // folder are used for the rest of the process.
     bool CopyToTemp = false;
+    // modWindCpMdb: qvrlcpe.txt stands beside the component and replaces the
+    // store; settled anew by each InitCpeMdb.
+    bool UseCpeTxt = false;
 
     // Database connections, each held by the module that opened it and kept
     // until the process ends or its owner drops it.
