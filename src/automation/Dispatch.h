@@ -387,6 +387,14 @@ Group<C> BindProperty(std::string name, R (C::*get)() const, void (C::*let)(A), 
     return Group<C>(std::move(es));
 }
 
+// Registers a property the host may only read.
+template <class C, class R>
+Group<C> BindGet(std::string name, R (C::*get)() const, const std::string& doc) {
+    std::vector<Entry<C>> es;
+    es.push_back(MakeEntry<C, R>(std::move(name), MemberKind::PropertyGet, get, {}, doc));
+    return Group<C>(std::move(es));
+}
+
 // Registers a data member as a property: the get returns it, the let stores
 // the value converted to its type. A reference member reads as Nothing while
 // it is empty.

@@ -1,0 +1,171 @@
+#include "automation/CRoofLoad.h"
+
+#include "automation/CWindSnow.h"
+#include "cp/CWindCpTable.h"
+#include "cp/CpWindRecord.h"
+#include "cp/modWindCp.h"
+#include "cp/modWindCpConv.h"
+#include "cp/modWindCpMdb.h"
+#include "interchange/modAsciiRL2.h"
+#include "support/CLocLite.h"
+#include "support/CTrace.h"
+#include "support/ModuleState.h"
+#include "support/Platform.h"
+#include "support/errors.h"
+
+namespace qvrl {
+
+namespace {
+
+std::string DefaultSelectableCodes() { return "_" + std::to_string(1) + "_" + std::to_string(3) + "_"; }
+
+double Refuse(const char* member) {
+    CurrentPlatform().MsgBox("Funktion wird nicht mehr unterstützt", mb::OKOnly, std::string(member) + " ");
+    return 0.0;
+}
+
+}  // namespace
+
+CRoofLoad::CRoofLoad() {
+    WriteTrace({}, std::nullopt, "CRoofLoad_Initialize", true, true);
+    State().SelectableCodesCtrl = DefaultSelectableCodes();
+    WindCpTable = std::make_shared<CWindCpTable>();
+    WindSnow = std::make_shared<CWindSnow>();
+    InitLanguageObjects();
+    MigrateSettingsFiles();
+}
+
+std::string CRoofLoad::Version() const {
+    return std::to_string(QVRL_VERSION_MAJOR) + "." + std::to_string(QVRL_VERSION_MINOR) + "." +
+           std::to_string(QVRL_VERSION_PATCH);
+}
+
+std::string CRoofLoad::LanguageFileName() const {
+    const auto& loc = State().locActive;
+    if (!loc) Raise(err::ObjectNotSet, "LanguageFileName");
+    return loc->FileName();
+}
+
+void CRoofLoad::LanguageFileName(const std::string& name) {
+    const auto& loc = State().locActive;
+    if (!loc) Raise(err::ObjectNotSet, "LanguageFileName");
+    loc->FileName(name);
+}
+
+std::string CRoofLoad::SelectableCodesCtrl() const { return State().SelectableCodesCtrl; }
+
+void CRoofLoad::SelectableCodesCtrl(const std::string& codes) {
+    WriteTrace("SelectableCodesString Set=", Variant(codes), {}, true);
+    State().SelectableCodesCtrl = codes;
+}
+
+bool CRoofLoad::UseBauforschungsbericht() const { return State().UseBauforschungsbericht; }
+
+void CRoofLoad::UseBauforschungsbericht(bool value) { State().UseBauforschungsbericht = value; }
+
+namespace {
+
+// The table object of a request; a host that set it to Nothing gets 91.
+CWindCpTable& RequestTable(const std::shared_ptr<CWindCpTable>& table, const char* member) {
+    if (!table) Raise(err::ObjectNotSet, member);
+    return *table;
+}
+
+// The store is loaded before the request is read; its answer does not matter,
+// a store that could not be opened gives the zero record.
+void PrepareStore(bool useStore) {
+    if (useStore) (void)InitCpeMdb();
+}
+
+}  // namespace
+
+void CRoofLoad::GetWindCpValues_Gabled_Roof() {
+    WriteTrace({}, std::nullopt, "GetWindCpValues_Gabled_Roof_Start", true);
+    PrepareStore(UseCpeDB);
+    CWindCpTable& t = RequestTable(WindCpTable, "GetWindCpValues_Gabled_Roof");
+    const double theta = t.Theta();
+    const double alpha = t.Alpha();
+    CpWindRecord rec;
+    if (UseCpeDB) Get_Wind_Cp_Satteldach_Mdb(Norm, theta, alpha, rec);
+    else Get_Wind_Cp_Satteldach(theta, alpha, rec);
+    CpRecordToTable(rec, WindCpTable);
+    WriteTrace({}, std::nullopt, "GetWindCpValues_Gabled_Roof_End", true);
+}
+
+void CRoofLoad::GetWindCpValues_Hipped_Roof() {
+    PrepareStore(UseCpeDB);
+    CWindCpTable& t = RequestTable(WindCpTable, "GetWindCpValues_Hipped_Roof");
+    const double theta = t.Theta();
+    const double alpha = t.Alpha();
+    CpWindRecord rec;
+    if (UseCpeDB) Get_Wind_Cp_Walmdach_Mdb(Norm, theta, alpha, rec);
+    else Get_Wind_Cp_Walmdach(theta, alpha, rec);
+    CpRecordToTable(rec, WindCpTable);
+}
+
+void CRoofLoad::GetWindCpValues_Flat_Roof() {
+    PrepareStore(UseCpeDB);
+    CWindCpTable& t = RequestTable(WindCpTable, "GetWindCpValues_Flat_Roof");
+    const double hp = t.hpZuH();
+    const double r = t.rZuH();
+    const double alphaTr = t.AlphaTr();
+    CpWindRecord rec;
+    if (UseCpeDB) Get_Wind_Cp_Flachdach_Mdb(Norm, hp, r, alphaTr, rec);
+    else Get_Wind_Cp_Flachdach(hp, r, alphaTr, rec);
+    CpRecordToTable(rec, WindCpTable);
+}
+
+void CRoofLoad::GetWindCpValues_Vertical_Wall() {
+    PrepareStore(UseCpeDB);
+    const double hzud = RequestTable(WindCpTable, "GetWindCpValues_Vertical_Wall").HzuD();
+    CpWindRecord rec;
+    if (UseCpeDB) Get_Wind_Cp_Wand_Mdb(Norm, hzud, rec);
+    else Get_Wind_Cp_Wand(hzud, rec);
+    CpRecordToTable(rec, WindCpTable);
+}
+
+void CRoofLoad::GetWindCpValues_Pent_Roof() {
+    PrepareStore(UseCpeDB);
+    CWindCpTable& t = RequestTable(WindCpTable, "GetWindCpValues_Pent_Roof");
+    const double theta = t.Theta();
+    const double alpha = t.Alpha();
+    CpWindRecord rec;
+    if (UseCpeDB) Get_Wind_Cp_Pultdach_Mdb(Norm, theta, alpha, rec);
+    else Get_Wind_Cp_Pultdach(theta, alpha, rec);
+    CpRecordToTable(rec, WindCpTable);
+}
+
+void CRoofLoad::GetWindCpValues_Inside() {
+    PrepareStore(UseCpeDB);
+    CWindCpTable& t = RequestTable(WindCpTable, "GetWindCpValues_Inside");
+    CpWindRecord rec;
+    // No built-in rule for the internal pressure: without the store the
+    // record stays empty.
+    if (UseCpeDB) {
+        const int16_t trTyp = t.TrTyp();
+        const double theta = t.Theta();
+        const double mue = t.Mue();
+        Get_Wind_Cp_Innen_Mdb(Norm, trTyp, theta, mue, rec);
+    }
+    CpRecordToTable(rec, WindCpTable);
+}
+
+double CRoofLoad::WindPressure_DIN1055_4_1986(double) { return Refuse("WindPressure_DIN1055_4_1986"); }
+
+double CRoofLoad::WindPressure_DIN1055_4_2005(int16_t, int16_t, double) {
+    return Refuse("WindPressure_DIN1055_4_2005");
+}
+
+double CRoofLoad::StandardSnowLoad_DIN1055_5_1975(int16_t, double) {
+    return Refuse("StandardSnowLoad_DIN1055_5_1975");
+}
+
+double CRoofLoad::StandardSnowLoad_EDIN1055_5_2004(int16_t, double) {
+    return Refuse("StandardSnowLoad_EDIN1055_5_2004");
+}
+
+double CRoofLoad::StandardSnowLoad_DIN1055_7_2005(int16_t, double) {
+    return Refuse("StandardSnowLoad_DIN1055_7_2005");
+}
+
+}  // namespace qvrl
