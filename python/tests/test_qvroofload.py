@@ -164,8 +164,8 @@ class Properties(unittest.TestCase):
     def setUp(self):
         self.ws = qvroofload.CWindSnow()
 
-    def test_the_municipality_reference_is_nothing_until_set(self):
-        self.assertIsNone(self.ws.AGS)
+    def test_the_municipality_reference_comes_with_the_object(self):
+        self.assertEqual(type(self.ws.AGS).__name__, "CAGS")
         self.ws.AGS = None  # Nothing
         self.assertIsNone(self.ws.AGS)
         self.assertIsNone(native.call(self.ws._obj, "AGS", []))  # a get as a call
@@ -180,7 +180,7 @@ class Properties(unittest.TestCase):
                     self.ws.AGS = value
                 self.assertEqual(caught.exception.number, 13)
                 self.assertIn(told, caught.exception.description)
-        self.assertIsNone(self.ws.AGS)
+        self.assertEqual(type(self.ws.AGS).__name__, "CAGS")
 
     def test_unknown_properties(self):
         for fn, args in [(native.get, (self.ws._obj, "NoSuch")), (native.let, (self.ws._obj, "NoSuch", 1)),
@@ -240,3 +240,28 @@ class CoefficientTable(unittest.TestCase):
 
 if __name__ == "__main__":
     unittest.main()
+
+
+class RoofLoad(unittest.TestCase):
+    def test_a_request_fills_the_table_the_host_holds(self):
+        r = qvroofload.CRoofLoad()
+        self.assertEqual((r.Norm, r.SelectNorm, r.OnOk, r.SelectableCodesCtrl), (3, True, False, "_1_3_"))
+        t = r.WindCpTable
+        t.HzuD = 1.0
+        self.assertIsNone(r.GetWindCpValues_Vertical_Wall())
+        self.assertLess(t.Area_A10, 0.0)
+        self.assertEqual(t.HzuD, 1.0)
+        with self.assertRaises(AttributeError):  # read-only to the host
+            r.OnOk = True
+
+    def test_deprecated_members_answer_zero(self):
+        r = qvroofload.CRoofLoad()
+        self.assertEqual(r.StandardSnowLoad_DIN1055_7_2005(2, 300.0), 0.0)
+
+    def test_the_municipality_object_of_the_calculation_object(self):
+        ags = qvroofload.CRoofLoad().WindSnow.AGS
+        self.assertIsInstance(ags, qvroofload.CAGS)
+        self.assertEqual(ags.Getsk("09162000"), 0.0)
+        with self.assertRaises(qvroofload.RuntimeError) as e:
+            ags.Getsk()
+        self.assertEqual(e.exception.number, 450)

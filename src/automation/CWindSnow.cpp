@@ -1,6 +1,8 @@
 #include "automation/CWindSnow.h"
 
+#include "automation/CAGS.h"
 #include "automation/CodeLists.h"
+#include "location/modWLZMdb.h"
 #include "rules/modSnow.h"
 #include "rules/modSnowEN.h"
 #include "rules/modWind.h"
@@ -18,7 +20,7 @@ void HandOut(const CodeList& list, std::vector<std::string>& sName,
 
 }  // namespace
 
-CWindSnow::CWindSnow() = default;
+CWindSnow::CWindSnow() : AGS(std::make_shared<CAGS>()) {}
 
 double CWindSnow::WindPressure_DIN1055_4_1986(double BuildingHeightInM) const {
     return qvrl::WindPressure_DIN1055_4_1986(BuildingHeightInM);
@@ -172,11 +174,13 @@ void CWindSnow::SnowZoneNames2005(std::vector<std::string>& sName,
 
 void CWindSnow::WindZoneNames2005(std::vector<std::string>& sName,
                                   std::vector<int16_t>& Index) const {
+    SetWlzNorm(3);
     HandOut(WindZoneList2005(), sName, Index);
 }
 
 void CWindSnow::WindZoneNames2005_T2963(std::vector<std::string>& sName,
                                         std::vector<int16_t>& Index) const {
+    SetWlzNorm(31);
     HandOut(WindZoneList2005_T2963(), sName, Index);
 }
 

@@ -19,7 +19,7 @@ class CWindSnow {
 public:
     CWindSnow();
 
-    // The municipality object a host may read or replace; nothing here reads it.
+    // The municipality object, created with this one; a host may replace it.
     std::shared_ptr<CAGS> AGS;
 
     // Wind, DIN 1055-4.
@@ -68,6 +68,8 @@ public:
     // Name lists: both arrays are replaced, element 0 blank, rows from 1 on.
     void SnowZoneNames1975(std::vector<std::string>& sName, std::vector<int16_t>& Index) const;
     void SnowZoneNames2005(std::vector<std::string>& sName, std::vector<int16_t>& Index) const;
+    // The two wind zone lists also select the municipal wind zone table of
+    // their norm (3, 31).
     void WindZoneNames2005(std::vector<std::string>& sName, std::vector<int16_t>& Index) const;
     void WindZoneNames2005_T2963(std::vector<std::string>& sName,
                                  std::vector<int16_t>& Index) const;

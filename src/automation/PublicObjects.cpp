@@ -2,6 +2,8 @@
 // interfaces. A new public class needs its table here and one line in
 // PublicClasses(); its automation identity is looked up in kIdentities.
 
+#include "automation/CAGS.h"
+#include "automation/CRoofLoad.h"
 #include "automation/CWindSnow.h"
 #include "automation/Dispatch.h"
 #include "cp/CWindCpTable.h"
@@ -11,9 +13,12 @@ namespace qvrl {
 namespace {
 
 using dispatch::Bind;
+using dispatch::BindGet;
 using dispatch::BindProperty;
 using WS = CWindSnow;
 using CP = CWindCpTable;
+using RL = CRoofLoad;
+using AG = CAGS;
 
 const dispatch::Table<CWindCpTable>& WindCpTableTable() {
     static const dispatch::Table<CWindCpTable> table({
@@ -94,6 +99,27 @@ const dispatch::Table<CWindCpTable>& WindCpTableTable() {
     return table;
 }
 
+const dispatch::Table<CAGS>& AGSTable() {
+    static const dispatch::Table<CAGS> table({
+        Bind("GetTownName", &AG::GetTownName, {"AGS"},
+             "Name of the municipality, with \" (modif.)\" for a user correction and \" [1]\"/\" [2]\" for no wind/snow zone"),
+        Bind("GetTownNameShort", &AG::GetTownNameShort, {"AGS"}, "Short name of the municipality (always empty)"),
+        Bind("GetStateName", &AG::GetStateName, {"AGS"}, "Name of the state"),
+        Bind("GetStateNameShort", &AG::GetStateNameShort, {"AGS"}, "Code of the state, such as BY"),
+        Bind("GetCountyName", &AG::GetCountyName, {"AGS"}, "Name of the government region"),
+        Bind("GetRuralDistrictName", &AG::GetRuralDistrictName, {"AGS"}, "Name of the county"),
+        Bind("GetZIP", &AG::GetZIP, {"AGS"}, "Postcode"),
+        Bind("GetWZ", &AG::GetWZ, {"AGS"}, "Wind zone, DIN 1055-4:2005"),
+        Bind("GetSZ", &AG::GetSZ, {"AGS"}, "Snow zone, DIN 1055-5:2005"),
+        Bind("GetSRemark", &AG::GetSRemark, {"AGS"}, "Remark on the snow zone"),
+        Bind("GetWRemark", &AG::GetWRemark, {"AGS"}, "Remark on the wind zone"),
+        BindProperty("Norm", &AG::Norm, &AG::Norm, "Standard code, kept for the host (initially 50)"),
+        Bind("Getqb", &AG::Getqb, {"AGS"}, "Basic velocity pressure in kN/m2 (0: the German table has none)"),
+        Bind("Getsk", &AG::Getsk, {"AGS"}, "Ground snow load in kN/m2 (0: the German table has none)"),
+    });
+    return table;
+}
+
 const dispatch::Table<CWindSnow>& WindSnowTable() {
     static const dispatch::Table<CWindSnow> table({
         Bind("WindPressure_DIN1055_4_1986", &WS::WindPressure_DIN1055_4_1986, {"BuildingHeightInM"},
@@ -125,7 +151,7 @@ const dispatch::Table<CWindSnow>& WindSnowTable() {
         Bind("SnowBagMue2", &WS::SnowBagMue2, {"hInCm", "sk"},
              "Drift coefficient mue2 at a step of hInCm cm for sk in kN/m2, DIN 1055-5"),
         Bind("SnowBag", &WS::SnowBag, {"mue1", "mue2", "hInCm", "sk"}, "Height of the drift load in kN/m2"),
-        BindProperty("AGS", &WS::AGS, "The municipality object (CAGS); Nothing until one is set"),
+        BindProperty("AGS", &WS::AGS, "The municipality object (CAGS)"),
         Bind("WindPressure_EN_1991_1_4", &WS::WindPressure_EN_1991_1_4,
              {"CtrlNA", "BuildingCategory", "z_BuildingInM", "BasicWindPressure", "BasicWindVelocity",
               "UpwindSlope_Phi", "OrographicLocationFac_s"},
@@ -154,6 +180,54 @@ const dispatch::Table<CWindSnow>& WindSnowTable() {
         Bind("WindOpenSides2005", &WS::WindOpenSides2005, {"sName", "Index"}, "Open sides, DIN 1055-4:2005"),
         Bind("WindOpenSides_EN_1991_1_4", &WS::WindOpenSides_EN_1991_1_4, {"sName", "Index"},
              "Open sides, EN 1991-1-4"),
+    });
+    return table;
+}
+
+// The dialog sessions join this table with the dialogs.
+const dispatch::Table<CRoofLoad>& RoofLoadTable() {
+    static const dispatch::Table<CRoofLoad> table({
+        BindProperty("DefaultAccNorm", &RL::DefaultAccNorm, "Values according to the standard, offered to a dialog"),
+        Bind("WindPressure_DIN1055_4_1986", &RL::WindPressure_DIN1055_4_1986, {"BuildingHeightInM"},
+             "No longer supported: shows a message and returns 0; see CWindSnow"),
+        Bind("WindPressure_DIN1055_4_2005", &RL::WindPressure_DIN1055_4_2005,
+             {"WindZone", "BuildingCategory", "z_BuildingInM"},
+             "No longer supported: shows a message and returns 0; see CWindSnow"),
+        Bind("StandardSnowLoad_DIN1055_5_1975", &RL::StandardSnowLoad_DIN1055_5_1975,
+             {"SnowZone", "TerrainHeightInM"}, "No longer supported: shows a message and returns 0; see CWindSnow"),
+        Bind("StandardSnowLoad_EDIN1055_5_2004", &RL::StandardSnowLoad_EDIN1055_5_2004,
+             {"SnowZone", "TerrainHeightInM"}, "No longer supported: shows a message and returns 0; see CWindSnow"),
+        Bind("StandardSnowLoad_DIN1055_7_2005", &RL::StandardSnowLoad_DIN1055_7_2005,
+             {"SnowZone", "TerrainHeightInM"}, "No longer supported: shows a message and returns 0; see CWindSnow"),
+        BindProperty("EditDeadLoad", &RL::EditDeadLoad, "A session also reads, shows and writes the dead load"),
+        BindGet("Version", &RL::Version, "Version of the component, major.minor.revision"),
+        BindProperty("WindCpTable", &RL::WindCpTable, "Input and output of the coefficient requests (CWindCpTable)"),
+        Bind("GetWindCpValues_Gabled_Roof", &RL::GetWindCpValues_Gabled_Roof, {},
+             "Coefficients of a gabled roof for WindCpTable.Theta and .Alpha (degrees)"),
+        Bind("GetWindCpValues_Hipped_Roof", &RL::GetWindCpValues_Hipped_Roof, {},
+             "Coefficients of a hipped roof for WindCpTable.Theta and .Alpha (degrees)"),
+        BindProperty("Norm", &RL::Norm, "Standard code of the coefficient requests"),
+        BindProperty("SelectNorm", &RL::SelectNorm, "The dialog offers the choice of the standard"),
+        BindProperty("EnabledBuildingHeight", &RL::EnabledBuildingHeight, "The user may edit the building height"),
+        BindProperty("WindSnow", &RL::WindSnow, "The calculation object (CWindSnow)"),
+        Bind("GetWindCpValues_Flat_Roof", &RL::GetWindCpValues_Flat_Roof, {},
+             "Coefficients of a flat roof for WindCpTable.hpZuH, .rZuH and .AlphaTr (degrees)"),
+        Bind("GetWindCpValues_Vertical_Wall", &RL::GetWindCpValues_Vertical_Wall, {},
+             "Coefficients of the walls for WindCpTable.HzuD"),
+        BindProperty("NoBuildingHeight", &RL::NoBuildingHeight, "The dialogs hide the building height"),
+        Bind("GetWindCpValues_Pent_Roof", &RL::GetWindCpValues_Pent_Roof, {},
+             "Coefficients of a monopitch roof for WindCpTable.Theta and .Alpha (degrees)"),
+        BindProperty("LanguageFileName", &RL::LanguageFileName, &RL::LanguageFileName,
+                     "Language file of the first language object"),
+        BindProperty("UseCpeDB", &RL::UseCpeDB, "Coefficient requests read the coefficient store"),
+        BindProperty("UseBauforschungsbericht", &RL::UseBauforschungsbericht, &RL::UseBauforschungsbericht,
+                     "Stored for the host; shared by all objects"),
+        Bind("GetWindCpValues_Inside", &RL::GetWindCpValues_Inside, {},
+             "Internal pressure coefficients for WindCpTable.TrTyp, .Theta and .Mue (store only)"),
+        BindProperty("SelectableCodesCtrl", &RL::SelectableCodesCtrl, &RL::SelectableCodesCtrl,
+                     "Selectable standard codes such as _1_3_; shared by all objects, reset by each new one"),
+        BindGet("OnOk", &RL::OnOk, "The last session ended with OK"),
+        BindProperty("WithDefaults", &RL::WithDefaults, "A session starts from the stored defaults"),
     });
     return table;
 }
@@ -201,8 +275,10 @@ namespace dispatch {
 
 const std::vector<PublicClass>& PublicClasses() {
     static const std::vector<PublicClass> classes{
+        Register<CRoofLoad>("CRoofLoad", RoofLoadTable),
         Register<CWindSnow>("CWindSnow", WindSnowTable),
         Register<CWindCpTable>("CWindCpTable", WindCpTableTable),
+        Register<CAGS>("CAGS", AGSTable),
     };
     return classes;
 }

@@ -244,18 +244,21 @@ static void test_arrays(qvrl_handle ws) {
     CHECK(qvrl_call(ws, "SnowZoneNames2005", args, 2, &r) == QVRL_STATUS_OF(13));
 }
 
-/* The object property: Nothing while no municipality object is set. */
+/* The object property: a municipality object from the start, Nothing once dropped. */
 static void test_properties(qvrl_handle ws) {
     qvrl_value v, nothing = qvrl_object(0), other;
     qvrl_handle second = new_object("CWindSnow");
 
     CHECK(qvrl_get(ws, "AGS", &v) == QVRL_OK);
-    CHECK(v.type == QVRL_OBJECT && v.u.object == 0);
+    CHECK(v.type == QVRL_OBJECT && v.u.object != 0);
     qvrl_value_clear(&v);
     CHECK(qvrl_call(ws, "AGS", NULL, 0, &v) == QVRL_OK); /* a get as a call */
-    CHECK(v.type == QVRL_OBJECT && v.u.object == 0);
+    CHECK(v.type == QVRL_OBJECT && v.u.object != 0);
+    qvrl_value_clear(&v);
 
     CHECK(qvrl_let(ws, "ags", &nothing) == QVRL_OK);
+    CHECK(qvrl_get(ws, "AGS", &v) == QVRL_OK);
+    CHECK(v.type == QVRL_OBJECT && v.u.object == 0);
     v = qvrl_double(1.0);
     CHECK(qvrl_let(ws, "AGS", &v) == QVRL_STATUS_OF(13));
     other = qvrl_object(second); /* a CWindSnow is no CAGS */
@@ -268,6 +271,43 @@ static void test_properties(qvrl_handle ws) {
     CHECK(qvrl_release(second) == QVRL_OK);
     other = qvrl_object(second);
     CHECK(qvrl_let(ws, "AGS", &other) == QVRL_STATUS_OF(91));
+}
+
+/* CRoofLoad: a coefficient request fills the table object the host holds,
+ * a deprecated member answers 0, and its municipality object is reached
+ * through its calculation object. */
+static void test_roof_load(void) {
+    qvrl_handle rl = new_object("CRoofLoad");
+    qvrl_value v, table, ws, ags, args[2];
+    double a[1] = {10.0};
+
+    CHECK(qvrl_get(rl, "Norm", &v) == QVRL_OK && v.type == QVRL_INT16 && v.u.i16 == 3);
+    CHECK(qvrl_get(rl, "OnOk", &v) == QVRL_OK && v.type == QVRL_BOOL && v.u.boolean == 0);
+    CHECK(qvrl_get(rl, "SelectableCodesCtrl", &v) == QVRL_OK && is_text(&v, "_1_3_"));
+    qvrl_value_clear(&v);
+    v = qvrl_bool(1);
+    CHECK(qvrl_let(rl, "OnOk", &v) == QVRL_STATUS_OF(438)); /* read-only to the host */
+
+    CHECK(qvrl_get(rl, "WindCpTable", &table) == QVRL_OK && table.type == QVRL_OBJECT && table.u.object != 0);
+    v = qvrl_double(1.0);
+    CHECK(qvrl_let(table.u.object, "HzuD", &v) == QVRL_OK);
+    CHECK(qvrl_call(rl, "GetWindCpValues_Vertical_Wall", NULL, 0, &v) == QVRL_OK && v.type == QVRL_EMPTY);
+    CHECK(qvrl_get(table.u.object, "Area_A10", &v) == QVRL_OK && v.type == QVRL_DOUBLE && v.u.dbl < 0.0);
+    CHECK(qvrl_get(table.u.object, "HzuD", &v) == QVRL_OK && is_double(&v, 1.0));
+    qvrl_value_clear(&table);
+
+    CHECK(call_d(rl, "WindPressure_DIN1055_4_1986", a, 1, &v) == QVRL_OK && is_double(&v, 0.0));
+    CHECK(call_d(rl, "WindPressure_DIN1055_4_1986", a, 0, &v) == QVRL_STATUS_OF(450));
+
+    CHECK(qvrl_get(rl, "WindSnow", &ws) == QVRL_OK && ws.type == QVRL_OBJECT && ws.u.object != 0);
+    CHECK(qvrl_get(ws.u.object, "AGS", &ags) == QVRL_OK && ags.type == QVRL_OBJECT && ags.u.object != 0);
+    args[0] = qvrl_string("09162000");
+    CHECK(qvrl_call(ags.u.object, "Getsk", args, 1, &v) == QVRL_OK && is_double(&v, 0.0));
+    args[1] = qvrl_empty();
+    CHECK(qvrl_call(ags.u.object, "Getsk", args, 2, &v) == QVRL_STATUS_OF(450));
+    qvrl_value_clear(&ags);
+    qvrl_value_clear(&ws);
+    CHECK(qvrl_release(rl) == QVRL_OK);
 }
 
 static const qvrl_member_info* find_member(const qvrl_class_info* c, const char* name, int32_t kind) {
@@ -323,6 +363,7 @@ int main(void) {
     test_arrays(ws);
     test_properties(ws);
     test_discovery();
+    test_roof_load();
     CHECK(qvrl_release(ws) == QVRL_OK);
     printf("%d passed, %d failed\n", passed, failed);
     return failed == 0 ? 0 : 1;

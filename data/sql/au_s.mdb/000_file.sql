@@ -1,4 +1,1 @@
 -- au_s.mdb: Austrian snow data by municipality (table schnee), read only by the maintenance import.
---
--- The tables come with the modules that read them; until then the file is
--- built with an empty schema, so that it exists where the modules look.

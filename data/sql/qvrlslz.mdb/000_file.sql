@@ -1,4 +1,1 @@
 -- qvrlslz.mdb: Snow load zones by municipality (table slz), for Norm 31.
---
--- The tables come with the modules that read them; until then the file is
--- built with an empty schema, so that it exists where the modules look.

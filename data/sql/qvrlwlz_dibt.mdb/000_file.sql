@@ -1,4 +1,1 @@
 -- qvrlwlz_dibt.mdb: Wind load zones by municipality (table wlz), for every other Norm.
---
--- The tables come with the modules that read them; until then the file is
--- built with an empty schema, so that it exists where the modules look.

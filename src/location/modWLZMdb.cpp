@@ -1,0 +1,181 @@
+#include "location/modWLZMdb.h"
+
+#include "support/CLocLite.h"
+#include "support/ModuleState.h"
+#include "support/errors.h"
+#include "support/modLowLevel.h"
+#include "support/vb.h"
+
+namespace qvrl {
+
+namespace {
+
+std::string Number(int16_t n) { return Trim(CStr(Variant(n))); }
+
+template <class R, class Name>
+void NameBlanks(std::vector<R>& list, Name name) {
+    const size_t n = list.size() - 1;
+    for (size_t i = 1; i < list.size(); ++i)
+        if (Trim(name(list[i])).empty()) name(list[i]) = n == 1 ? "alle" : "restliche";
+}
+
+template <class F>
+void Skip(F&& step) {
+    try {
+        step();
+    } catch (const RuntimeError&) {
+    }
+}
+
+}  // namespace
+
+void SetWlzNorm(int16_t Norm) {
+    ModuleState& st = State();
+    if (Norm == st.WlzNorm) return;
+    st.WlzNorm = Norm;
+    st.WlzDb.reset();
+}
+
+bool InitWlzMdb() {
+    ModuleState& st = State();
+    if (st.WlzDb) return true;
+    std::string file = "qvrlwlz.mdb";
+    if (st.WlzNorm != 31) {
+        if (!IsZoneTableNorm(st.WlzNorm)) st.WlzNorm = 3;
+        file = "qvrlwlz_dibt.mdb";
+    }
+    try {
+        st.WlzDb = OpenDB(ProgramFolder() + "/" + file, Variant(), Variant(true));
+    } catch (const RuntimeError&) {
+        return false;
+    }
+    return true;
+}
+
+void ReadWlzStates(std::vector<ZoneStateRec>& list) {
+    if (!State().locActive) InitLanguageObjects();
+    list.assign(1, ZoneStateRec{});
+    for (const ZoneStateCode& c : ZoneStateCodes()) {
+        ZoneStateRec r;
+        r.Name = LoadResStr(Variant(int32_t{c.TextNumber}));
+        r.Number = c.WlzNumber;
+        r.Code = c.WlzCode;
+        list.push_back(std::move(r));
+    }
+}
+
+void ReadWlzRegions(const ZoneStateRec& State, std::vector<WlzRegionRec>& list) {
+    list.assign(1, WlzRegionRec{});
+    if (!InitWlzMdb()) return;
+    auto rs = qvrl::State().WlzDb->OpenRecordset(
+        "SELECT * FROM " + std::string("wlz") + " WHERE LandID = " + Number(State.Number) + " ORDER BY Bezirk",
+        dao::dbOpenSnapshot);
+    if (rs->EOF_()) return;
+    Field& fBezirk = rs->Fields("Bezirk");
+    Field& fBezID = rs->Fields("BezID");
+    Field& fID = rs->Fields("ID");
+    for (; !rs->EOF_(); rs->MoveNext()) {
+        const std::string name = NzText(fBezirk);
+        if (list.size() > 1 && Trim(name) == Trim(list.back().Bezirk)) continue;
+        WlzRegionRec r;
+        r.Name = State.Name;
+        r.Number = State.Number;
+        r.Code = State.Code;
+        r.Bezirk = name;
+        r.BezID = CInt(fBezID.Value());
+        r.ID = CLng(fID.Value());
+        list.push_back(std::move(r));
+    }
+    NameBlanks(list, [](WlzRegionRec& r) -> std::string& { return r.Bezirk; });
+}
+
+void ReadWlzCounties(const ZoneStateRec& State, const WlzRegionRec& Region, std::vector<WlzCountyRec>& list) {
+    list.assign(1, WlzCountyRec{});
+    if (!InitWlzMdb()) return;
+    const bool byRegion = !Trim(Region.Bezirk).empty();
+    const std::string sql = byRegion ? "SELECT * FROM " + std::string("wlz") + " WHERE LandID = " +
+                                           Number(Region.Number) + " AND BezID = " + CStr(Variant(Region.BezID)) +
+                                           " ORDER BY Kreis"
+                                     : "SELECT * FROM " + std::string("wlz") + " WHERE LandID = " +
+                                           Number(State.Number) + " ORDER BY Kreis";
+    auto rs = qvrl::State().WlzDb->OpenRecordset(sql, dao::dbOpenSnapshot);
+    if (rs->EOF_()) return;
+    Field& fBezirk = rs->Fields("Bezirk");
+    Field& fBezID = rs->Fields("BezID");
+    Field& fKreis = rs->Fields("Kreis");
+    Field& fKreisID = rs->Fields("KreisID");
+    Field& fID = rs->Fields("ID");
+    for (; !rs->EOF_(); rs->MoveNext()) {
+        const std::string name = NzText(fKreis);
+        if (list.size() > 1 && Trim(name) == Trim(list.back().Kreis)) continue;
+        WlzCountyRec r;
+        if (byRegion) {
+            r.Name = Region.Name;
+            r.Number = Region.Number;
+            r.Code = Region.Code;
+        } else {
+            r.Name = State.Name;
+            r.Number = State.Number;
+            r.Code = State.Code;
+        }
+        r.Bezirk = NzText(fBezirk);
+        r.BezID = CInt(fBezID.Value());
+        r.Kreis = name;
+        r.KreisID = CInt(fKreisID.Value());
+        r.ID = CLng(fID.Value());
+        list.push_back(std::move(r));
+    }
+    NameBlanks(list, [](WlzCountyRec& r) -> std::string& { return r.Kreis; });
+}
+
+void ReadWlzTowns(const ZoneStateRec& State, const WlzRegionRec& Region, const WlzCountyRec& County,
+                  std::vector<WlzTownRec>& list) {
+    list.assign(1, WlzTownRec{});
+    if (!InitWlzMdb()) return;
+    const bool region = !Trim(Region.Bezirk).empty();
+    const bool county = !Trim(County.Kreis).empty();
+    std::string sql = "SELECT * FROM " + std::string("wlz") + " WHERE LandID = ";
+    if (region && county)
+        sql += Number(Region.Number) + " AND BezID = " + CStr(Variant(Region.BezID)) +
+               " AND KreisID = " + CStr(Variant(County.KreisID)) + " ORDER BY Gemeinde";
+    else if (county)
+        sql += Number(County.Number) + " AND BezID = " + CStr(Variant(County.BezID)) +
+               " AND KreisID = " + CStr(Variant(County.KreisID)) + " ORDER BY Gemeinde";
+    else if (region)
+        sql += Number(Region.Number) + " AND BezID = " + CStr(Variant(Region.BezID)) + " ORDER BY Gemeinde";
+    else
+        sql += Number(State.Number) + " ORDER BY Gemeinde";
+    std::unique_ptr<Recordset> rs;
+    try {
+        rs = qvrl::State().WlzDb->OpenRecordset(sql, dao::dbOpenSnapshot);
+    } catch (const RuntimeError&) {
+        return;
+    }
+    for (; !rs->EOF_(); rs->MoveNext()) {
+        WlzTownRec r;
+        if (region) {
+            r.Name = Region.Name;
+            r.Number = Region.Number;
+            r.Code = Region.Code;
+        } else if (county) {
+            r.Name = County.Name;
+            r.Number = County.Number;
+            r.Code = County.Code;
+        } else {
+            r.Name = State.Name;
+            r.Number = State.Number;
+            r.Code = State.Code;
+        }
+        Skip([&] { r.Bezirk = CStr(rs->Fields("Bezirk").Value()); });
+        Skip([&] { r.BezID = CInt(rs->Fields("BezID").Value()); });
+        Skip([&] { r.Kreis = CStr(rs->Fields("Kreis").Value()); });
+        Skip([&] { r.KreisID = CInt(rs->Fields("KreisID").Value()); });
+        Skip([&] { r.ID = CLng(rs->Fields("ID").Value()); });
+        Skip([&] { r.Gemeinde = NzText(rs->Fields("Gemeinde").Value()); });
+        Skip([&] { r.KEY = CDbl(Variant(r.ID)); });
+        Skip([&] { r.WLZ = CStr(rs->Fields("WLZ").Value()); });
+        list.push_back(std::move(r));
+    }
+}
+
+}  // namespace qvrl
