@@ -4,6 +4,11 @@
 // into qvrl.mdb. All six files are read and checked before the database is
 // opened, and the six tables are replaced in one transaction: on any fault
 // the database stays as it was.
+//
+// qvroofload db import gv100ad FILE | zones FILE.csv | at-municipalities FILE.csv [--db FILE]
+//
+// Load the municipality directories and zone assignments into the town
+// tables (location/TownImport.h); each says what it changed per table.
 
 #include <charconv>
 #include <cmath>
@@ -17,6 +22,7 @@
 #include <vector>
 
 #include "commands.h"
+#include "location/TownImport.h"
 #include "location/modDAO.h"
 #include "support/errors.h"
 #include "support/modLowLevel.h"
@@ -219,6 +225,47 @@ int ImportUkFigures(const ImportOptions& o) {
     return 0;
 }
 
+struct TownImportOptions {
+    std::string file;
+    std::string db;
+    int32_t land = 50;
+};
+
+std::string Count(int32_t n, const char* what) { return std::to_string(n) + " " + what; }
+
+template <typename Run>
+int RunTownImport(const TownImportOptions& o, Run run) {
+    const std::string path = o.db.empty() ? ProgramFolder() + "/qvrl.mdb" : o.db;
+    try {
+        const TownImportReport r = run(o.file, path);
+        std::cout << "Loaded " << r.source << "\n";
+        for (const TableTally& t : r.tables)
+            std::cout << "  " << t.file << " " << t.table << ": " << Count(t.inserted, "inserted") << ", "
+                      << Count(t.updated, "updated") << ", " << Count(t.unchanged, "unchanged") << ", "
+                      << Count(t.untouched, r.untouchedMeaning.c_str()) << "\n";
+        for (const std::string& n : r.notes) std::cout << "  " << n << "\n";
+        return 0;
+    } catch (const TownInputError& e) {
+        for (const std::string& f : e.faults()) std::cerr << "qvroofload: " << f << "\n";
+    } catch (const RuntimeError& e) {
+        std::cerr << "qvroofload: "
+                  << (e.number() == err::FileNotFound ? "" : "error " + std::to_string(e.number()) + ": ")
+                  << e.description() << "\n";
+    }
+    std::cerr << "Nothing was loaded.\n";
+    return 1;
+}
+
+const char* const kZonesHelp =
+    "Load zone assignments from a CSV file. Header: AGS, then any of WZ, SZ, BemW, BemS, sk, qb, vb, hNN; "
+    "separator ';' (',' when the header has no ';'); '#' starts a comment line; quote a cell with \"...\" to hold "
+    "the separator. AGS is a prefix of the municipality key: 2 (state), 3 (region), 5 (county) or 8 digits "
+    "(municipality) for --land 50, 1, 3 or 5 digits for --land 51. Each town takes the values of the deepest key "
+    "that covers it, whatever the row order; an empty cell means no entry, columns left out stay as they are. "
+    "WZ, SZ: up to 10 characters; BemW, BemS: up to 255; sk, qb, vb: 0 or more; hNN: any number; decimal point "
+    "or comma. Land 50 writes the zones and remarks into slzwlz and slzwlz1, the numbers into slzwlz1 only; "
+    "Land 51 writes slzwlz1 only.";
+
 }  // namespace
 
 void AddDbCommand(CLI::App& app, Context& ctx) {
@@ -234,6 +281,45 @@ void AddDbCommand(CLI::App& app, Context& ctx) {
     uk->add_option("DIR", opts->dir, "Folder of the six CSV files")->required();
     uk->add_option("--db", opts->db, "Database to load (default: qvrl.mdb in the program folder)");
     uk->callback([opts, &ctx] { ctx.exitCode = ImportUkFigures(*opts); });
+
+    const char* const dbHelp = "qvrl.mdb to load (default: the one in the program folder)";
+    auto gv = std::make_shared<TownImportOptions>();
+    CLI::App* gvCmd = import->add_subcommand(
+        "gv100ad",
+        "Load the municipality directory of the Federal Statistical Office (GV100AD, fixed-width "
+        "records) into slzwlz and slzwlz1 (Land_ID 50), and into the slz and wlz lists "
+        "(qvrlslz.mdb, qvrlslz_dibt.mdb, qvrlwlz.mdb, qvrlwlz_dibt.mdb) beside qvrl.mdb. Zones already "
+        "entered are kept");
+    gvCmd->add_option("FILE", gv->file, "GV100AD file (UTF-8 or Windows-1252)")->required();
+    gvCmd->add_option("--db", gv->db, dbHelp);
+    gvCmd->callback([gv, &ctx] {
+        ctx.exitCode =
+            RunTownImport(*gv, [](const std::string& f, const std::string& db) { return ImportGv100ad(f, db); });
+    });
+
+    auto zones = std::make_shared<TownImportOptions>();
+    CLI::App* zonesCmd = import->add_subcommand("zones", kZonesHelp);
+    zonesCmd->add_option("FILE", zones->file, "CSV file of zone assignments")->required();
+    zonesCmd->add_option("--db", zones->db, dbHelp);
+    zonesCmd->add_option("--land", zones->land, "50 Germany (default) or 51 Austria")->check(CLI::IsMember({50, 51}));
+    zonesCmd->callback([zones, &ctx] {
+        const int32_t land = zones->land;
+        ctx.exitCode = RunTownImport(
+            *zones, [land](const std::string& f, const std::string& db) { return ImportZones(f, db, land); });
+    });
+
+    auto at = std::make_shared<TownImportOptions>();
+    CLI::App* atCmd =
+        import->add_subcommand("at-municipalities",
+                               "Load the municipality list of Statistik Austria (Gemeindekennziffer; Gemeindename; "
+                               "Gemeindecode; Status; PLZ des Gem.Amtes; weitere Postleitzahlen) into slzwlz1 with "
+                               "Land_ID 51. Zones and figures already entered are kept");
+    atCmd->add_option("FILE", at->file, "CSV file, ';' separated (UTF-8 or Windows-1252)")->required();
+    atCmd->add_option("--db", at->db, dbHelp);
+    atCmd->callback([at, &ctx] {
+        ctx.exitCode = RunTownImport(
+            *at, [](const std::string& f, const std::string& db) { return ImportAtMunicipalities(f, db); });
+    });
 }
 
 }  // namespace qvrl::cli
