@@ -15,6 +15,8 @@ void AddListsCommand(CLI::App& app, Context& ctx);
 void AddCallCommand(CLI::App& app, Context& ctx);
 void AddBlocksCommand(CLI::App& app, Context& ctx);
 void AddDbCommand(CLI::App& app, Context& ctx);
+void AddTownCommands(CLI::App& app, Context& ctx);
+void AddSiteCommand(CLI::App& app, Context& ctx);
 
 // Applies --lang after the language objects are set up.
 void ApplyLanguage(const Context& ctx);

@@ -13,6 +13,8 @@ int main(int argc, char** argv) {
     qvrl::cli::AddCallCommand(app, ctx);
     qvrl::cli::AddBlocksCommand(app, ctx);
     qvrl::cli::AddDbCommand(app, ctx);
+    qvrl::cli::AddTownCommands(app, ctx);
+    qvrl::cli::AddSiteCommand(app, ctx);
     // Name an unknown command plainly instead of "a subcommand is required".
     for (int i = 1; i < argc; ++i) {
         const std::string a = argv[i];

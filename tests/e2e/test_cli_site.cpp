@@ -1,0 +1,128 @@
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <nlohmann/json.hpp>
+
+#include "TestEnv.h"
+#include "automation/SiteReport.h"
+#include "cp/modWindCpMdb.h"
+#include "e2e/CliRunner.h"
+#include "support/modLowLevel.h"
+#include "support/vb.h"
+
+using namespace qvrl;
+using nlohmann::json;
+
+namespace {
+
+class CliSite : public test::IsolatedTest {};
+
+const std::string kDin =
+    "site --norm 3 --snow-zone 2a --wind-zone 3 --category 6 --altitude 437 --height 12 --roof gabled --pitch 35";
+
+bool Has(const std::string& text, const std::string& what) { return text.find(what) != std::string::npos; }
+
+TEST_F(CliSite, ReportInBothLanguagesShowsTheJsonNumbers) {
+    const auto js = test::RunCli(kDin + " --json");
+    ASSERT_EQ(js.status, 0) << js.out;
+    const json j = json::parse(js.out);
+    const double sk = j["snow"]["sk"], qp = j["wind"]["qp"];
+    const json& f = j["cp"]["directions"][1]["zones"][0];  // θ 90°, zone F
+    ASSERT_EQ(f["zone"], "F");
+
+    // The tool prints what the library computes, to the last bit.
+    SiteInput in;
+    in.Norm = 3, in.SnowZone = 21, in.WindZone = 3, in.BuildingCategory = 6;
+    in.TerrainHeightInM = 437.0, in.BuildingHeightInM = 12.0, in.Alpha = 35.0;
+    const SiteResult r = ComputeSite(in);
+    EXPECT_EQ(sk, r.sk);
+    EXPECT_EQ(qp, r.qp);
+    EXPECT_EQ(j["snow"]["roof"][1]["s"].get<double>(), r.roofSnow[1].s);
+    EXPECT_EQ(f["we1"].get<double>(), r.cp[1].zones[0].we1);
+    EXPECT_EQ(j["site"]["snowZoneText"], "2a");
+
+    const struct {
+        const char* lang;
+        std::vector<std::string> lines;
+    } cases[] = {
+        {"deu",
+         {"Norm: DIN 1055-4:2005, DIN 1055-5:2005 (Norm 3)", "Schneelastzone: 2a",
+          "Charakteristische Schneelast am Boden s_k: " + Format(sk, "0.000") + " kN/m²",
+          "Böengeschwindigkeitsdruck q_p: " + Format(qp, "0.000") + " kN/m²", "Außendruckbeiwerte, Satteldach",
+          "Anströmrichtung θ = 90°", "Geländekategorie: Mischkategorie Binnenland"}},
+        {"eng",
+         {"Standard: DIN 1055-4:2005, DIN 1055-5:2005 (Norm 3)", "Snow load zone: 2a",
+          "Characteristic ground snow load s_k: " + Format(sk, "0.000") + " kN/m²",
+          "Peak velocity pressure q_p: " + Format(qp, "0.000") + " kN/m²",
+          "External pressure coefficients, gabled roof", "Wind direction θ = 0°"}},
+    };
+    for (const auto& c : cases) {
+        const auto rep = test::RunCli(std::string("--lang ") + c.lang + " " + kDin);
+        ASSERT_EQ(rep.status, 0) << rep.out;
+        for (const std::string& l : c.lines) EXPECT_TRUE(Has(rep.out, l)) << c.lang << ": " << l << "\n" << rep.out;
+        // Zone F at 90°: its coefficient and its pressure on one line.
+        const std::string at90 = rep.out.substr(rep.out.find("θ = 90°"));
+        const size_t at = at90.find("\n    F ");
+        ASSERT_NE(at, std::string::npos) << rep.out;
+        const std::string row = at90.substr(at + 1, at90.find('\n', at + 1) - at - 1);
+        EXPECT_TRUE(Has(row, Format(f["cpe10"].get<double>(), "0.00"))) << row;
+        EXPECT_TRUE(Has(row, Format(f["we10"].get<double>(), "0.000"))) << row;
+    }
+}
+
+TEST_F(CliSite, StandardWithoutCoefficientsSaysSoInsteadOfZeros) {
+    namespace fs = std::filesystem;
+    const auto program = test::FreshFolder("program");
+    const fs::path built = ProgramFolder();
+    fs::copy(built / "deu", program / "deu", fs::copy_options::recursive);
+    fs::copy(built / "eng", program / "eng", fs::copy_options::recursive);
+    fs::copy_file(built / "language.ini", program / "language.ini");
+    // The only coefficient row is another standard's.
+    std::string line;
+    for (int i = 0; i < kCpeTextFields; ++i) line += i == 1 ? "3;" : i == 2 ? "4;" : i == 4 ? "'x';" : "0;";
+    test::WriteFile(program / "qvrlcpe.txt", line + "\n");
+    setenv("QVRL_PROGRAM_FOLDER", program.c_str(), 1);
+
+    const std::string en =
+        "site --norm 54 --region 6 --snow-zone 2 --vb 25 --category 2 --altitude 400 --height 12 "
+        "--roof hipped --pitch 20";
+    const auto rep = test::RunCli("--lang eng " + en);
+    ASSERT_EQ(rep.status, 0) << rep.out;
+    EXPECT_TRUE(Has(rep.out, "All wind directions")) << rep.out;
+    EXPECT_TRUE(Has(rep.out, "No pressure coefficients are available for this standard.")) << rep.out;
+    EXPECT_FALSE(Has(rep.out, "cpe,10")) << rep.out;
+    const json j = json::parse(test::RunCli(en + " --json").out);
+    EXPECT_EQ(j["cp"]["route"], "store");
+    EXPECT_EQ(j["cp"]["directions"][0]["status"], "noneForStandard");
+    EXPECT_TRUE(j["cp"]["directions"][0]["zones"].empty());
+}
+
+TEST_F(CliSite, BadInputNamesTheOptionAndPrintsNothingElse) {
+    const struct {
+        std::string args;
+        const char* option;
+    } cases[] = {
+        {"--norm 2 --snow-zone 1 --altitude 0 --height 5 --roof flat", "--norm"},
+        {"--norm 3 --snow-zone 4 --wind-zone 1 --category 2 --altitude 0 --height 5 --roof flat", "--snow-zone"},
+        {"--norm 3 --snow-zone 1 --wind-zone 1 --category 2 --altitude 0 --height 5 --pitch 95", "--pitch"},
+        {"--norm 54 --snow-zone 2 --vb 25 --category 2 --altitude 0 --height 5 --roof flat", "--region"},
+        {"--norm 3 --town 12AB --snow-zone 1 --wind-zone 1 --category 2 --altitude 0 --height 5 --roof flat", "--town"},
+    };
+    for (const auto& c : cases) {
+        const auto quiet = test::RunCli("site " + c.args);
+        EXPECT_EQ(quiet.status, 2) << c.args;
+        EXPECT_EQ(quiet.out, "") << c.args;
+        const auto loud = test::RunCli("site " + c.args, true);
+        EXPECT_TRUE(Has(loud.out, std::string(c.option) + ":")) << c.args << "\n" << loud.out;
+    }
+    const auto unparsable = test::RunCli("site --norm 3 --height ten", true);
+    EXPECT_NE(unparsable.status, 0);
+    EXPECT_TRUE(Has(unparsable.out, "--height")) << unparsable.out;
+    EXPECT_FALSE(Has(unparsable.out, "Lasten am Standort"));
+
+    const auto help = test::RunCli("site --help");
+    EXPECT_EQ(help.status, 0);
+    for (const char* opt : {"--town", "--snow-zone", "--dist-shore", "--json"}) EXPECT_TRUE(Has(help.out, opt)) << opt;
+}
+
+}  // namespace

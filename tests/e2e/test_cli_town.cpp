@@ -1,0 +1,124 @@
+// qvroofload town / towns as a user runs them, on a town table of the test's own.
+#include <gtest/gtest.h>
+
+#include <nlohmann/json.hpp>
+#include <string>
+
+#include "e2e/CliRunner.h"
+#include "location/modAGSMdb.h"
+#include "location/test_modAGSMdb_fixture.h"
+
+using namespace qvrl;
+
+namespace {
+
+class CliTown : public test::TownDbTest {
+protected:
+    void SetUp() override {
+        TownDbTest::SetUp();
+        AddTown(Town(1, "09162000", "München", "80331", "1", "1a", "München, Landeshauptstadt", "Oberbayern", "Bayern"));
+        AddTown(Town(2, "09184148", "Unterhaching", "82008", "1", "1a", "München", "Oberbayern", "Bayern"));
+        AddTown(Town(3, "05315000", "Köln", "50667", "1", "", "Köln", "Köln", "Nordrhein-Westfalen"));
+    }
+};
+
+TEST_F(CliTown, OneTownAsTextAndJson) {
+    auto r = test::RunCli("town 09162000");
+    EXPECT_EQ(r.status, 0);
+    EXPECT_NE(r.out.find("Municipality  München\n"), std::string::npos) << r.out;
+    EXPECT_NE(r.out.find("County        62 München, Landeshauptstadt\n"), std::string::npos) << r.out;
+    EXPECT_NE(r.out.find("State         09 Bayern (BY)\n"), std::string::npos) << r.out;
+    EXPECT_NE(r.out.find("Snow zone     1a\n"), std::string::npos) << r.out;
+
+    r = test::RunCli("town 05315000 --json");
+    ASSERT_EQ(r.status, 0);
+    const auto j = nlohmann::json::parse(r.out);
+    EXPECT_EQ(j["Gemeinde"], "Köln [2]");
+    EXPECT_EQ(j["PLZ"], "50667");
+    EXPECT_EQ(j["BL_ID"], 5);
+    EXPECT_EQ(j["Modified"], 0);
+    EXPECT_FALSE(j.contains("sk"));
+}
+
+TEST_F(CliTown, BadKeysAndUnknownKeys) {
+    struct Case {
+        const char* args;
+        int status;
+        const char* message;
+    };
+    const Case cases[] = {
+        {"town 0916x000", 2, "the key must be an official municipality key of digits"},
+        {"town ''", 2, "the key must be an official municipality key of digits"},
+        {"town 09162001", 1, "no municipality has the key 09162001"},
+        {"town 09162000 --land 51", 1, "no municipality has the key 09162000 in country 51"},
+        {"town 09162000 --land 49", 105, "--land"},
+        {"towns --county 62", 2, "--region and --county need --state"},
+        {"towns --name \"O'Brien\"", 2, "cannot hold a quote"},
+        {"towns --state 0", 105, "--state"},
+        {"town", 106, "AGS is required"},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.args);
+        const auto r = test::RunCli(c.args, true);
+        EXPECT_EQ(r.status, c.status) << r.out;
+        EXPECT_NE(r.out.find(c.message), std::string::npos) << r.out;
+    }
+    // An empty table says how to fill it.
+    const auto r = test::RunCli("town 40101 --land 51", true);
+    EXPECT_NE(r.out.find("table slzwlz1 is empty"), std::string::npos) << r.out;
+}
+
+TEST_F(CliTown, ListsByFilters) {
+    auto r = test::RunCli("towns --state 9 --region 1 --county 62");
+    ASSERT_EQ(r.status, 0) << r.out;
+    EXPECT_NE(r.out.find("09162000  80331  1   1a  München, Landeshauptstadt   München\n"), std::string::npos) << r.out;
+    EXPECT_NE(r.out.find("\n1 municipality\n"), std::string::npos) << r.out;
+
+    // The postcode widens until something is found.
+    r = test::RunCli("towns --plz 89999 --json");
+    ASSERT_EQ(r.status, 0);
+    auto j = nlohmann::json::parse(r.out);
+    ASSERT_EQ(j.size(), 2u);
+    EXPECT_EQ(j[0]["Gemeinde"], "München");
+    EXPECT_EQ(j[1]["Gemeinde"], "Unterhaching");
+
+    r = test::RunCli("towns --name unter --json");
+    j = nlohmann::json::parse(r.out);
+    ASSERT_EQ(j.size(), 1u);
+    EXPECT_EQ(j[0]["AGS"], "09184148");
+
+    // The user's correction shows.
+    TownRec t;
+    FindTownByAGS("05315000", t);
+    t.SZ = "1";
+    t.Gemeinde = "Köln";
+    SaveUserGem(t);
+    r = test::RunCli("towns --state 5 --json");
+    j = nlohmann::json::parse(r.out);
+    ASSERT_EQ(j.size(), 1u);
+    EXPECT_EQ(j[0]["Gemeinde"], "Köln (modif.)");
+    EXPECT_EQ(j[0]["Modified"], 1);
+
+    // The Eurocode table of a country, with its figures.
+    Insert("qvrl.mdb", "slzwlz1",
+           {{"ID", Variant(1)}, {"Land_ID", Variant(51)}, {"AGS", Variant("60101")}, {"BL_ID", Variant("6")},
+            {"Reg_ID", Variant("01")}, {"LK_ID", Variant("01")}, {"Gemeinde", Variant("Graz")},
+            {"PLZ", Variant("8010")}, {"SZ", Variant("2")}, {"sk", Variant(1.65)}, {"qb", Variant(0.3)},
+            {"hNN", Variant(353.0)}});
+    r = test::RunCli("town 60101 --land 51 --json");
+    ASSERT_EQ(r.status, 0) << r.out;
+    j = nlohmann::json::parse(r.out);
+    EXPECT_EQ(j["Gemeinde"], "Graz");
+    EXPECT_EQ(j["sk"], 1.65);
+    EXPECT_EQ(j["Land_ID"], 51);
+    r = test::RunCli("towns --land 51 --state 6");
+    EXPECT_NE(r.out.find("60101     8010       2   1.65   0.3    353                                Graz\n"),
+              std::string::npos)
+        << r.out;
+
+    r = test::RunCli("towns --state 16");
+    EXPECT_EQ(r.status, 0);
+    EXPECT_NE(r.out.find("0 municipalities\n"), std::string::npos) << r.out;
+}
+
+}  // namespace
