@@ -11,9 +11,11 @@ build:
 	cmake -S . -B $(BUILD) -G Ninja -DCMAKE_BUILD_TYPE=RelWithDebInfo
 	cmake --build $(BUILD) -j $(JOBS)
 
-# The main job: the code lists of standards, zones and categories.
+# The main job: the loads of a sample site (DIN 1055, snow zone 2, wind
+# zone 2, 300 m, a 10 m building with a 35 degree gabled roof).
 run: build
-	$(BUILD)/cli/qvroofload lists
+	$(BUILD)/cli/qvroofload site --norm 3 --snow-zone 2 --wind-zone 2 --category 2 \
+	  --altitude 300 --height 10 --roof gabled --pitch 35
 
 test: build
 	ctest --test-dir $(BUILD) --output-on-failure -j $(JOBS)
