@@ -306,7 +306,7 @@ struct Database::Impl {
         tables.clear();
         tablesLoaded = false;
         inTrans = false;
-        results.clear();
+        ClearResults();
     }
 
     sqlite3* Handle() const {
@@ -339,7 +339,7 @@ struct Database::Impl {
     }
 
     void InvalidateSchema() {
-        results.clear();
+        ClearResults();
         tables.clear();
         tablesLoaded = false;
         schemaVersion = -1;
@@ -423,18 +423,32 @@ struct Database::Impl {
     // Snapshots of read-only connections, by query text. A read-only
     // connection changes nothing itself, so a result stays true until another
     // connection commits, which PRAGMA data_version reveals; each open asks
-    // it anew, so a caller never sees an old result. Small results only: the
-    // figure and look-up tables are read in rows of one or two.
+    // it anew, so a caller never sees an old result. The figure and look-up
+    // tables are read again and again with the same texts; the bounds keep
+    // the memory small.
     struct CachedResult {
         std::string table;
         std::vector<ColumnInfo> cols;
         std::vector<std::vector<Variant>> rows;
         std::vector<int64_t> rowids;
     };
-    static constexpr size_t kMaxCachedRows = 64;
-    static constexpr size_t kMaxCachedResults = 512;
+    static constexpr size_t kMaxCachedRows = 1024;  // of one result
+    static constexpr size_t kMaxCachedTotalRows = 16384;
     std::unordered_map<std::string, CachedResult> results;
+    size_t cachedRows = 0;
     int64_t resultsVersion = -1;
+
+    void ClearResults() {
+        results.clear();
+        cachedRows = 0;
+    }
+    void KeepResult(const std::string& text, CachedResult r) {
+        if (r.rows.size() > kMaxCachedRows) return;
+        if (results.count(text)) return;
+        if (cachedRows + r.rows.size() > kMaxCachedTotalRows) ClearResults();
+        cachedRows += r.rows.size();
+        results.emplace(text, std::move(r));
+    }
 
     // Drops the cached snapshots when the file has changed since they were read.
     void ValidateResults() {
@@ -445,7 +459,7 @@ struct Database::Impl {
             if (rc != SQLITE_ROW) Fail(rc);
             version = sqlite3_column_int64(use.get(), 0);
         }
-        if (version != resultsVersion) results.clear();
+        if (version != resultsVersion) ClearResults();
         resultsVersion = version;
     }
 
@@ -946,10 +960,8 @@ std::unique_ptr<Recordset> Database::OpenRecordset(const std::string& Name, int1
         try {
             std::unique_ptr<Recordset> rs = Run(q, Type);
             const Recordset::Core& c = *rs->core_;
-            if (cacheable && c.rows.size() <= Impl::kMaxCachedRows) {
-                if (impl_->results.size() >= Impl::kMaxCachedResults) impl_->results.clear();
-                impl_->results[Name] = Impl::CachedResult{c.table, c.cols, c.rows, c.rowids};
-            }
+            if (cacheable && c.rows.size() <= Impl::kMaxCachedRows)
+                impl_->KeepResult(Name, Impl::CachedResult{c.table, c.cols, c.rows, c.rowids});
             return rs;
         } catch (const RuntimeError& e) {
             if (attempt > 0 || e.number() != dao::errEngine) throw;
