@@ -1,5 +1,7 @@
 #include "location/modSLZMdb.h"
 
+#include "location/ZoneTables.h"
+
 #include "support/CLocLite.h"
 #include "support/ModuleState.h"
 #include "support/errors.h"
@@ -25,28 +27,34 @@ bool IsZoneTableNorm(int16_t Norm) {
     }
 }
 
-void SetSlzNorm(int16_t Norm) {
-    ModuleState& st = State();
-    if (Norm == st.SlzNorm) return;
-    st.SlzNorm = Norm;
-    st.SlzDb.reset();
+void SetSlzNorm(int16_t Norm) { zonetables::SetNorm(Norm, State().SlzNorm, State().SlzDb); }
+
+bool InitSlzMdb() { return zonetables::Open(State().SlzNorm, State().SlzDb, "qvrlslz.mdb", "qvrlslz_dibt.mdb"); }
+
+namespace zonetables {
+
+void SetNorm(int16_t Norm, int16_t& current, std::shared_ptr<Database>& db) {
+    if (Norm == current) return;
+    current = Norm;
+    db.reset();
 }
 
-bool InitSlzMdb() {
-    ModuleState& st = State();
-    if (st.SlzDb) return true;
-    std::string file = "qvrlslz.mdb";
-    if (st.SlzNorm != 31) {
-        if (!IsZoneTableNorm(st.SlzNorm)) st.SlzNorm = 3;
-        file = "qvrlslz_dibt.mdb";
+bool Open(int16_t& norm, std::shared_ptr<Database>& db, const char* plain, const char* dibt) {
+    if (db) return true;
+    std::string file = plain;
+    if (norm != 31) {
+        if (!IsZoneTableNorm(norm)) norm = 3;
+        file = dibt;
     }
     try {
-        st.SlzDb = OpenDB(ProgramFolder() + "/" + file, Variant(), Variant(true));
+        db = OpenDB(ProgramFolder() + "/" + file, Variant(), Variant(true));
     } catch (const RuntimeError&) {
         return false;
     }
     return true;
 }
+
+}  // namespace zonetables
 
 void ReadSlzStates(std::vector<ZoneStateRec>& list) {
     if (!State().locActive) InitLanguageObjects();
@@ -87,18 +95,7 @@ void ReadSlzCounties(const ZoneStateRec& State, std::vector<SlzCountyRec>& list)
     }
 }
 
-namespace {
-
-// Town lists go on past a bad value: the field stays blank.
-template <class F>
-void Skip(F&& step) {
-    try {
-        step();
-    } catch (const RuntimeError&) {
-    }
-}
-
-}  // namespace
+using zonetables::Skip;
 
 void ReadSlzTowns(const ZoneStateRec& State, const SlzCountyRec& County, std::vector<SlzTownRec>& list) {
     list.assign(1, SlzTownRec{});

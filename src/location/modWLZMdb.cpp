@@ -1,5 +1,7 @@
 #include "location/modWLZMdb.h"
 
+#include "location/ZoneTables.h"
+
 #include "support/CLocLite.h"
 #include "support/ModuleState.h"
 #include "support/errors.h"
@@ -12,45 +14,14 @@ namespace {
 
 std::string Number(int16_t n) { return Trim(CStr(Variant(n))); }
 
-template <class R, class Name>
-void NameBlanks(std::vector<R>& list, Name name) {
-    const size_t n = list.size() - 1;
-    for (size_t i = 1; i < list.size(); ++i)
-        if (Trim(name(list[i])).empty()) name(list[i]) = n == 1 ? "alle" : "restliche";
-}
-
-template <class F>
-void Skip(F&& step) {
-    try {
-        step();
-    } catch (const RuntimeError&) {
-    }
-}
-
 }  // namespace
 
-void SetWlzNorm(int16_t Norm) {
-    ModuleState& st = State();
-    if (Norm == st.WlzNorm) return;
-    st.WlzNorm = Norm;
-    st.WlzDb.reset();
-}
+using zonetables::NameBlanks;
+using zonetables::Skip;
 
-bool InitWlzMdb() {
-    ModuleState& st = State();
-    if (st.WlzDb) return true;
-    std::string file = "qvrlwlz.mdb";
-    if (st.WlzNorm != 31) {
-        if (!IsZoneTableNorm(st.WlzNorm)) st.WlzNorm = 3;
-        file = "qvrlwlz_dibt.mdb";
-    }
-    try {
-        st.WlzDb = OpenDB(ProgramFolder() + "/" + file, Variant(), Variant(true));
-    } catch (const RuntimeError&) {
-        return false;
-    }
-    return true;
-}
+void SetWlzNorm(int16_t Norm) { zonetables::SetNorm(Norm, State().WlzNorm, State().WlzDb); }
+
+bool InitWlzMdb() { return zonetables::Open(State().WlzNorm, State().WlzDb, "qvrlwlz.mdb", "qvrlwlz_dibt.mdb"); }
 
 void ReadWlzStates(std::vector<ZoneStateRec>& list) {
     if (!State().locActive) InitLanguageObjects();
