@@ -317,37 +317,8 @@ void CpScanFlat(const CpWindRows& mCpWind, double CpWindRecord::*key, double v, 
 }
 
 void CpScanHzuD(const CpWindRows& mCpWind, double v, CpWindRecord& Rec) {
-    Rec = CpWindRecord{};
-    const int16_t n = CpRowCount(mCpWind);
-    if (n == 0) return;
-    if (v > kCpWandHzuDMax) {
-        Rec = mCpWind[1];
-        return;
-    }
-    for (int16_t i = 1; i <= n; ++i) {
-        const CpWindRecord& row = mCpWind[static_cast<std::size_t>(i)];
-        if (std::fabs(row.HzuD - v) < kCpKeyTolerance) {
-            Rec = row;
-            return;
-        }
-        if (v > row.HzuD && i == 1) {
-            Rec = row;
-            return;
-        }
-        if (i == n && v < row.HzuD) {
-            Rec = row;
-            return;
-        }
-        if (i < n) {
-            const CpWindRecord& smaller = mCpWind[static_cast<std::size_t>(i + 1)];
-            const double lo = v - smaller.HzuD;
-            const double hi = row.HzuD - v;
-            if (lo > kCpKeyTolerance && hi > kCpKeyTolerance) {
-                Rec = CpInterpHzuD(v, smaller, row);
-                return;
-            }
-        }
-    }
+    CpScanHzuDWith(mCpWind, v, Rec,
+                   [v](const CpWindRecord& smaller, const CpWindRecord& row) { return CpInterpHzuD(v, smaller, row); });
 }
 
 int16_t CpFlachdachTrTyp(double hpZuH, double rZuH, double AlphaTr, double& v) {

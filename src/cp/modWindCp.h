@@ -10,6 +10,8 @@
 // A request value that is not a number is error 6. Infinities need no rule
 // of their own: they fall outside every table like any other far value.
 
+#include <cmath>
+#include <cstddef>
 #include <cstdint>
 #include <optional>
 #include <vector>
@@ -95,6 +97,33 @@ void CpScanFlat(const CpWindRows& mCpWind, double CpWindRecord::*key, double v, 
 // Wall rows by falling HzuD: above kCpWandHzuDMax or the first row the first
 // row, below the last row the last row, between two rows the interpolation.
 void CpScanHzuD(const CpWindRows& mCpWind, double v, CpWindRecord& Rec);
+
+// The wall scan with the route's own interpolation (smaller, larger row);
+// both routes walk the rows alike and differ only there.
+template <class Interp>
+void CpScanHzuDWith(const CpWindRows& mCpWind, double v, CpWindRecord& Rec, Interp interp) {
+    Rec = CpWindRecord{};
+    const int16_t n = CpRowCount(mCpWind);
+    if (n == 0) return;
+    if (v > kCpWandHzuDMax) {
+        Rec = mCpWind[1];
+        return;
+    }
+    for (int16_t i = 1; i <= n; ++i) {
+        const CpWindRecord& row = mCpWind[static_cast<std::size_t>(i)];
+        if (std::fabs(row.HzuD - v) < kCpKeyTolerance || (v > row.HzuD && i == 1) || (i == n && v < row.HzuD)) {
+            Rec = row;
+            return;
+        }
+        if (i < n) {
+            const CpWindRecord& smaller = mCpWind[static_cast<std::size_t>(i + 1)];
+            if (v - smaller.HzuD > kCpKeyTolerance && row.HzuD - v > kCpKeyTolerance) {
+                Rec = interp(smaller, row);
+                return;
+            }
+        }
+    }
+}
 
 // The eaves of a flat roof request: the first of hpZuH, rZuH, AlphaTr that is
 // above the tolerance decides (TrTyp 2, 3, 4) and its value is the key v;
