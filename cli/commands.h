@@ -17,6 +17,7 @@ void AddBlocksCommand(CLI::App& app, Context& ctx);
 void AddDbCommand(CLI::App& app, Context& ctx);
 void AddTownCommands(CLI::App& app, Context& ctx);
 void AddSiteCommand(CLI::App& app, Context& ctx);
+void AddCpCommand(CLI::App& app, Context& ctx);
 
 // Applies --lang after the language objects are set up.
 void ApplyLanguage(const Context& ctx);
