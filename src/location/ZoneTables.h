@@ -7,6 +7,7 @@
 #include <string>
 #include <vector>
 
+#include "location/modSLZMdb.h"
 #include "support/errors.h"
 #include "support/vb.h"
 
@@ -23,6 +24,10 @@ void SetNorm(int16_t Norm, int16_t& current, std::shared_ptr<Database>& db);
 // Opens `plain` for Norm 31 and `dibt` for every other norm (an unknown one
 // becomes 3), read-only, once; false when it cannot be opened.
 bool Open(int16_t& norm, std::shared_ptr<Database>& db, const char* plain, const char* dibt);
+
+// The 16 states in a list's own numbering: the snow list's (wind false) or
+// the wind list's.
+void ReadStates(std::vector<ZoneStateRec>& list, bool wind);
 
 // A blank name in a list is "alle" when it is the only entry, else "restliche".
 template <class R, class Name>

@@ -54,19 +54,21 @@ bool Open(int16_t& norm, std::shared_ptr<Database>& db, const char* plain, const
     return true;
 }
 
-}  // namespace zonetables
-
-void ReadSlzStates(std::vector<ZoneStateRec>& list) {
+void ReadStates(std::vector<ZoneStateRec>& list, bool wind) {
     if (!State().locActive) InitLanguageObjects();
     list.assign(1, ZoneStateRec{});
     for (const ZoneStateCode& c : ZoneStateCodes()) {
         ZoneStateRec r;
         r.Name = LoadResStr(Variant(int32_t{c.TextNumber}));
-        r.Number = c.SlzNumber;
-        r.Code = c.SlzCode;
+        r.Number = wind ? c.WlzNumber : c.SlzNumber;
+        r.Code = wind ? c.WlzCode : c.SlzCode;
         list.push_back(std::move(r));
     }
 }
+
+}  // namespace zonetables
+
+void ReadSlzStates(std::vector<ZoneStateRec>& list) { zonetables::ReadStates(list, false); }
 
 void ReadSlzCounties(const ZoneStateRec& State, std::vector<SlzCountyRec>& list) {
     list.assign(1, SlzCountyRec{});

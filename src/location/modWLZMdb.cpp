@@ -23,17 +23,7 @@ void SetWlzNorm(int16_t Norm) { zonetables::SetNorm(Norm, State().WlzNorm, State
 
 bool InitWlzMdb() { return zonetables::Open(State().WlzNorm, State().WlzDb, "qvrlwlz.mdb", "qvrlwlz_dibt.mdb"); }
 
-void ReadWlzStates(std::vector<ZoneStateRec>& list) {
-    if (!State().locActive) InitLanguageObjects();
-    list.assign(1, ZoneStateRec{});
-    for (const ZoneStateCode& c : ZoneStateCodes()) {
-        ZoneStateRec r;
-        r.Name = LoadResStr(Variant(int32_t{c.TextNumber}));
-        r.Number = c.WlzNumber;
-        r.Code = c.WlzCode;
-        list.push_back(std::move(r));
-    }
-}
+void ReadWlzStates(std::vector<ZoneStateRec>& list) { zonetables::ReadStates(list, true); }
 
 void ReadWlzRegions(const ZoneStateRec& State, std::vector<WlzRegionRec>& list) {
     list.assign(1, WlzRegionRec{});

@@ -180,25 +180,6 @@ TEST_F(CpeRows, EurocodeCellPairsKeepSignAndOrder) {
     }
 }
 
-// Parapet and curved eaves start, mansard eaves end, at the sharp eaves row.
-TEST_F(CpeRows, EaveTablesMeetTheSharpEavesRow) {
-    const auto groups = Groups();
-    for (const int32_t norm : kEurocodeNorms) {
-        const auto sharp = groups.find({norm, cpe::TypFlachdach, 0.0, 1, 0.0});
-        if (sharp == groups.end()) continue;
-        const CpWindRecord& s = sharp->second.front().rec;
-        const std::vector<std::pair<int16_t, bool>> ends = {{2, true}, {3, true}, {4, false}};
-        for (const auto& [trtyp, first] : ends) {
-            SCOPED_TRACE("Norm " + std::to_string(norm) + " TrTyp " + std::to_string(trtyp));
-            const auto& rows = groups.at({norm, cpe::TypFlachdach, 0.0, trtyp, 0.0});
-            const CpWindRecord& e = first ? rows.front().rec : rows.back().rec;
-            EXPECT_EQ(first ? e.*SortKey(2, trtyp) : e.Alpha, first ? 0.0 : 90.0);
-            for (const CpZoneSlots& z : kCpZones)
-                for (auto slot : {z.s10, z.s1, z.s10a, z.s1a}) EXPECT_EQ(e.*slot, s.*slot) << z.name;
-        }
-    }
-}
-
 // Whole rows through the store route, each against the printed table.
 TEST_F(CpeRows, StoreRouteReturnsThePrintedRows) {
     struct Case {

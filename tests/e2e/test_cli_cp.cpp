@@ -223,42 +223,4 @@ TEST_F(CliCp, LibraryErrorsGiveTheirNumberAndStatus1) {
     ExpectSame(json::parse(line), Expected(Gabled(0, 15)));
 }
 
-// The store's internal pressure rows reach the tool as the store route gives
-// them, and c_pi shows in the table.
-TEST_F(CliCp, InsideFromTheStore) {
-    const auto program = test::FreshFolder("program");
-    const fs::path built = ProgramFolder();
-    fs::copy(built / "deu", program / "deu", fs::copy_options::recursive);
-    fs::copy_file(built / "language.ini", program / "language.ini");
-    fs::copy_file(built / "qvrl.mdb", program / "qvrl.mdb");
-    {
-        auto db = DBEngine::OpenDatabase((program / "qvrl.mdb").string(), Variant(), Variant(false));
-        auto rs = db->OpenRecordset("cpe", dao::dbOpenDynaset);
-        const double rows[][3] = {{0.1, 0.35, -0.5}, {0.9, -0.5, 0.0}};  // Mue, Innen, Innena
-        for (const auto& row : rows) {
-            rs->AddNew();
-            rs->Fields("Typ").Value(Variant(int16_t{6}));
-            rs->Fields("Norm").Value(Variant(int16_t{3}));
-            rs->Fields("Mue").Value(Variant(row[0]));
-            rs->Fields("Innen").Value(Variant(row[1]));
-            rs->Fields("Innena").Value(Variant(row[2]));
-            rs->Update();
-        }
-        db->Close();
-    }
-    setenv("QVRL_PROGRAM_FOLDER", program.c_str(), 1);
-
-    const auto r = test::RunCli("cp inside --store --mue 0.37");
-    ASSERT_EQ(r.status, 0) << r.out;
-    ASSERT_TRUE(InitCpeMdb());
-    CpWindRecord rec;
-    Get_Wind_Cp_Innen_Mdb(3, 0, 0.0, 0.37, rec);
-    ASSERT_NE(rec.Innen, 0.0);
-    ExpectSame(json::parse(r.out), Expected(rec));
-    EXPECT_EQ(test::RunCli("cp inside --store --mue 0.1 --table").out,
-              "GetWindCpValues_Inside: TrTyp = 0, Theta = 0, Mue = 0.1; coefficient store, Norm 3\n"
-              "Zone        c_pi            c_pi 2nd\n"
-              "c_pi       0.350              -0.500\n");
-}
-
 }  // namespace

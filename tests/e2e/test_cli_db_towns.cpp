@@ -112,11 +112,4 @@ TEST_F(CliDbTowns, WithoutDbTheProgramFolderIsLoaded) {
     EXPECT_EQ(Count("SELECT * FROM slzwlz1 WHERE Land_ID = 51"), 5);
 }
 
-TEST_F(CliDbTowns, ZonesHelpTellsTheFormat) {
-    const auto r = test::RunCli("db import zones --help");
-    EXPECT_EQ(r.status, 0);
-    for (const char* part : {"AGS, then any of WZ, SZ, BemW, BemS, sk, qb, vb, hNN", "deepest key", "--land"})
-        EXPECT_NE(r.out.find(part), std::string::npos) << part << "\n" << r.out;
-}
-
 }  // namespace
