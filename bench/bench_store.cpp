@@ -12,7 +12,7 @@
 #include <unistd.h>
 #include <vector>
 
-#include "location/modDAO.h"
+#include "store/modDAO.h"
 #include "support/vb.h"
 
 namespace {

@@ -2,7 +2,7 @@
 // file and table cell, so they must stay cheap.
 #include <benchmark/benchmark.h>
 
-#include "automation/CodeLists.h"
+#include "vocab/CodeLists.h"
 #include "rules/modMath.h"
 #include "support/vb.h"
 

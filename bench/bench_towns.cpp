@@ -12,7 +12,7 @@
 #include <vector>
 
 #include "location/modAGSMdb.h"
-#include "location/modDAO.h"
+#include "store/modDAO.h"
 #include "support/ModuleState.h"
 #include "support/modLowLevel.h"
 #include "support/vb.h"

@@ -8,7 +8,7 @@
 #include <filesystem>
 #include <string>
 
-#include "location/modDAO.h"
+#include "store/modDAO.h"
 #include "rules/modWindEN.h"
 #include "support/ModuleState.h"
 

@@ -22,8 +22,8 @@
 #include <vector>
 
 #include "commands.h"
-#include "location/TownImport.h"
-#include "location/modDAO.h"
+#include "maintenance/TownImport.h"
+#include "store/modDAO.h"
 #include "support/errors.h"
 #include "support/modLowLevel.h"
 #include "support/modToolsB.h"

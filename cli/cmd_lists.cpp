@@ -3,7 +3,7 @@
 #include <nlohmann/json.hpp>
 #include <sstream>
 
-#include "automation/CodeLists.h"
+#include "vocab/CodeLists.h"
 #include "commands.h"
 #include "support/CLocLite.h"
 #include "support/ModuleState.h"

@@ -9,7 +9,7 @@
 #include <nlohmann/json.hpp>
 #include <sstream>
 
-#include "automation/CodeLists.h"
+#include "vocab/CodeLists.h"
 #include "automation/SiteReport.h"
 #include "commands.h"
 #include "support/CLocLite.h"

@@ -8,7 +8,7 @@
 #include "commands.h"
 #include "location/modAGSMdb.h"
 #include "location/modAGSMdb_1.h"
-#include "location/modDAO.h"
+#include "store/modDAO.h"
 #include "support/ModuleState.h"
 #include "support/modLowLevel.h"
 #include "support/vb.h"

@@ -10,8 +10,8 @@
 #include <memory>
 #include <string>
 
-#include "location/JetQuery.h"
-#include "location/modDAO.h"
+#include "store/JetQuery.h"
+#include "store/modDAO.h"
 #include "support/errors.h"
 
 namespace {

@@ -2,7 +2,7 @@
 #include <cstdint>
 #include <string>
 
-#include "automation/CodeLists.h"
+#include "vocab/CodeLists.h"
 #include "support/errors.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {

@@ -9,7 +9,7 @@
 #include <fstream>
 #include <string>
 
-#include "location/TownImport.h"
+#include "maintenance/TownImport.h"
 #include "support/errors.h"
 
 namespace {

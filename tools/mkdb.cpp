@@ -15,7 +15,7 @@
 #include <string>
 #include <vector>
 
-#include "location/StoreText.h"
+#include "store/StoreText.h"
 
 namespace fs = std::filesystem;
 

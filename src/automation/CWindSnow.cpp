@@ -1,7 +1,7 @@
 #include "automation/CWindSnow.h"
 
 #include "automation/CAGS.h"
-#include "automation/CodeLists.h"
+#include "vocab/CodeLists.h"
 #include "location/modWLZMdb.h"
 #include "rules/modSnow.h"
 #include "rules/modSnowEN.h"

@@ -2,7 +2,7 @@
 
 #include <cmath>
 
-#include "automation/CodeLists.h"
+#include "vocab/CodeLists.h"
 #include "cp/modWindCp.h"
 #include "cp/modWindCpMdb.h"
 #include "interchange/Records.h"

@@ -9,7 +9,7 @@
 
 #include "cp/modWindCp.h"
 #include "interchange/TextFile.h"
-#include "location/modDAO.h"
+#include "store/modDAO.h"
 #include "rules/modMath.h"
 #include "support/CTrace.h"
 #include "support/ModuleState.h"

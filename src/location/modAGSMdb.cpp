@@ -5,8 +5,8 @@
 #include <cstdio>
 #include <iterator>
 
-#include "location/StoreText.h"
-#include "location/modDAO.h"
+#include "store/StoreText.h"
+#include "store/modDAO.h"
 #include "support/CLocLite.h"
 #include "support/CTrace.h"
 #include "support/ModuleState.h"

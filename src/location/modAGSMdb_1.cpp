@@ -3,7 +3,7 @@
 #include <cmath>
 
 #include "location/modAGSMdb.h"
-#include "location/modDAO.h"
+#include "store/modDAO.h"
 #include "support/ModuleState.h"
 #include "support/errors.h"
 #include "support/modLowLevel.h"

@@ -7,7 +7,7 @@
 #include <string>
 #include <vector>
 
-#include "location/modDAO.h"  // NzText, NzNumber
+#include "store/modDAO.h"  // NzText, NzNumber
 
 namespace qvrl {
 

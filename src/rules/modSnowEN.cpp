@@ -1,6 +1,6 @@
 #include "rules/modSnowEN.h"
 
-#include "automation/CodeLists.h"
+#include "vocab/CodeLists.h"
 #include "rules/modSnow.h"
 #include "support/errors.h"
 #include "support/vb.h"

@@ -1,6 +1,6 @@
 #include "rules/modWindUK.h"
 
-#include "location/modDAO.h"
+#include "store/modDAO.h"
 #include "rules/modMath.h"
 #include "support/ModuleState.h"
 #include "support/errors.h"

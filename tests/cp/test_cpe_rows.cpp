@@ -15,7 +15,7 @@
 #include "TestEnv.h"
 #include "cp/CpFields.h"
 #include "cp/modWindCpMdb.h"
-#include "location/modDAO.h"
+#include "store/modDAO.h"
 #include "support/modLowLevel.h"
 
 namespace qvrl {

@@ -19,7 +19,7 @@
 #include "TestEnv.h"
 #include "cp/CpFields.h"
 #include "cp/modWindCp.h"
-#include "location/modDAO.h"
+#include "store/modDAO.h"
 #include "support/CTrace.h"
 #include "support/ModuleState.h"
 #include "support/Platform.h"

@@ -12,7 +12,7 @@
 #include "cp/modWindCpConv.h"
 #include "cp/modWindCpMdb.h"
 #include "e2e/CliRunner.h"
-#include "location/modDAO.h"
+#include "store/modDAO.h"
 #include "support/modLowLevel.h"
 
 using namespace qvrl;

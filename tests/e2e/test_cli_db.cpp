@@ -8,7 +8,7 @@
 
 #include "TestEnv.h"
 #include "e2e/CliRunner.h"
-#include "location/modDAO.h"
+#include "store/modDAO.h"
 #include "support/errors.h"
 #include "support/modLowLevel.h"
 

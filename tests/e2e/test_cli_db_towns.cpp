@@ -9,7 +9,7 @@
 
 #include "TestEnv.h"
 #include "e2e/CliRunner.h"
-#include "location/modDAO.h"
+#include "store/modDAO.h"
 #include "support/modLowLevel.h"
 
 using namespace qvrl;
@@ -18,7 +18,7 @@ namespace fs = std::filesystem;
 namespace {
 
 std::string Fixture(const std::string& name) {
-    return std::string(QVRL_SOURCE_DIR) + "/tests/location/fixtures/" + name;
+    return std::string(QVRL_SOURCE_DIR) + "/tests/maintenance/fixtures/" + name;
 }
 
 class CliDbTowns : public test::IsolatedTest {

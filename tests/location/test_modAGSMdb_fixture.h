@@ -11,7 +11,7 @@
 #include <vector>
 
 #include "TestEnv.h"
-#include "location/modDAO.h"
+#include "store/modDAO.h"
 #include "support/modLowLevel.h"
 
 namespace qvrl::test {

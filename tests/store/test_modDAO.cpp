@@ -10,8 +10,8 @@
 #include <vector>
 
 #include "TestEnv.h"
-#include "location/ModuleQueries.h"
-#include "location/modDAO.h"
+#include "store/ModuleQueries.h"
+#include "store/modDAO.h"
 #include "support/ModuleState.h"
 #include "support/Platform.h"
 #include "support/errors.h"

@@ -1,10 +1,10 @@
-#include "location/JetQuery.h"
+#include "store/JetQuery.h"
 
 #include <algorithm>
 #include <charconv>
 #include <limits>
 
-#include "location/StoreText.h"
+#include "store/StoreText.h"
 #include "support/errors.h"
 
 namespace qvrl::jet {

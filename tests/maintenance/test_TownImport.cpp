@@ -13,10 +13,10 @@
 #include "ErrorOf.h"
 #include "TestEnv.h"
 #include "interchange/TextFile.h"
-#include "location/TownImport.h"
+#include "maintenance/TownImport.h"
 #include "location/modAGSMdb.h"
 #include "location/modAGSMdb_1.h"
-#include "location/modDAO.h"
+#include "store/modDAO.h"
 #include "support/errors.h"
 #include "support/modLowLevel.h"
 
@@ -35,7 +35,7 @@ namespace {
 const char* const kFiles[] = {"qvrl.mdb", "qvrlslz.mdb", "qvrlslz_dibt.mdb", "qvrlwlz.mdb", "qvrlwlz_dibt.mdb"};
 
 std::string Fixture(const std::string& name) {
-    return std::string(QVRL_SOURCE_DIR) + "/tests/location/fixtures/" + name;
+    return std::string(QVRL_SOURCE_DIR) + "/tests/maintenance/fixtures/" + name;
 }
 
 std::string CellText(const Variant& v) {

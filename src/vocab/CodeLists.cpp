@@ -1,4 +1,4 @@
-#include "automation/CodeLists.h"
+#include "vocab/CodeLists.h"
 
 #include "support/CLocLite.h"
 #include "support/errors.h"

@@ -1,7 +1,7 @@
 #include <gtest/gtest.h>
 
 #include "TestEnv.h"
-#include "automation/CodeLists.h"
+#include "vocab/CodeLists.h"
 #include "support/CLocLite.h"
 #include "support/errors.h"
 

@@ -5,9 +5,9 @@
 #include <regex>
 #include <string>
 
-#include "location/JetQuery.h"
-#include "location/ModuleQueries.h"
-#include "location/StoreText.h"
+#include "store/JetQuery.h"
+#include "store/ModuleQueries.h"
+#include "store/StoreText.h"
 #include "support/errors.h"
 #include "support/vb.h"
 

@@ -1,4 +1,4 @@
-#include "location/StoreText.h"
+#include "store/StoreText.h"
 
 #include <sqlite3.h>
 

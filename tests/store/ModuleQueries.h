@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-#include "location/JetQuery.h"
+#include "store/JetQuery.h"
 
 namespace qvrl::test {
 

@@ -1,4 +1,4 @@
-#include "location/TownImport.h"
+#include "maintenance/TownImport.h"
 
 #include <algorithm>
 #include <charconv>
@@ -13,7 +13,7 @@
 
 #include "interchange/TextFile.h"
 #include "location/modAGSMdb.h"
-#include "location/modDAO.h"
+#include "store/modDAO.h"
 #include "location/modSLZMdb.h"
 #include "support/errors.h"
 #include "support/modToolsB.h"

@@ -1,4 +1,4 @@
-#include "location/modDAO.h"
+#include "store/modDAO.h"
 
 #include <sqlite3.h>
 
@@ -10,8 +10,8 @@
 #include <system_error>
 #include <utility>
 
-#include "location/JetQuery.h"
-#include "location/StoreText.h"
+#include "store/JetQuery.h"
+#include "store/StoreText.h"
 #include "support/Kalvo_Reg.h"
 #include "support/ModuleState.h"
 #include "support/Platform.h"
