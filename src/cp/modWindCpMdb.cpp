@@ -9,6 +9,7 @@
 
 #include "cp/modWindCp.h"
 #include "interchange/TextFile.h"
+#include "store/StoreFiles.h"
 #include "store/modDAO.h"
 #include "rules/modMath.h"
 #include "support/CTrace.h"
@@ -282,7 +283,7 @@ bool InitCpeMdb() {
             return true;
         }
         st.UseCpeTxt = false;
-        if (!st.CpeDb) st.CpeDb = OpenDB(ProgramFolder() + "/qvrl.mdb", Variant(), Variant(true));
+        if (!st.CpeDb) st.CpeDb = OpenDB(StoreFile("qvrl.mdb"), Variant(), Variant(true));
         WriteTrace({}, std::nullopt, "InitCpeMdb_End", true);
         return true;
     } catch (const RuntimeError& e) {

@@ -6,6 +6,7 @@
 #include <iterator>
 
 #include "store/StoreText.h"
+#include "store/StoreFiles.h"
 #include "store/modDAO.h"
 #include "support/CLocLite.h"
 #include "support/CTrace.h"
@@ -153,7 +154,7 @@ bool InitAGSMdb() {
     ModuleState& st = State();
     std::string path;
     if (!st.AGSDb) {
-        path = ProgramFolder() + "/qvrl.mdb";
+        path = StoreFile("qvrl.mdb");
         try {
             st.AGSDb = OpenDB(path, Variant(), Variant(true));
         } catch (const RuntimeError&) {

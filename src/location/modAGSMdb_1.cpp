@@ -3,6 +3,7 @@
 #include <cmath>
 
 #include "location/modAGSMdb.h"
+#include "store/StoreFiles.h"
 #include "store/modDAO.h"
 #include "support/ModuleState.h"
 #include "support/errors.h"
@@ -106,7 +107,7 @@ bool InitAGSMdbEN() {
     ModuleState& st = State();
     if (st.AGSDbEN) return true;
     try {
-        st.AGSDbEN = OpenDB(ProgramFolder() + "/qvrl.mdb", Variant(), Variant(true));
+        st.AGSDbEN = OpenDB(StoreFile("qvrl.mdb"), Variant(), Variant(true));
     } catch (const RuntimeError&) {
         return false;
     }
@@ -341,7 +342,7 @@ void FindTownByAGSEN(int32_t LandKey, const std::string& AGS, TownRec& rec) {
 
 int32_t FindAustrianSnow(const std::string& BL_ID, const std::string& Gemeinde, double& hNN, std::string& SZ,
                          double& sk) {
-    auto db = OpenDB(ProgramFolder() + "/au_s.mdb", Variant(), Variant(true));
+    auto db = OpenDB(StoreFile("au_s.mdb"), Variant(), Variant(true));
     auto rs = db->OpenRecordset("SELECT * FROM schnee WHERE BL_ID=" + Quoted(BL_ID) + " AND Gemeinde like " +
                                     Quoted(Gemeinde),
                                 dao::dbOpenSnapshot);
@@ -361,7 +362,7 @@ int32_t FindAustrianSnow(const std::string& BL_ID, const std::string& Gemeinde, 
 }
 
 int32_t ImportAustrianSnow() {
-    auto db = OpenDB(ProgramFolder() + "/qvrl.mdb", Variant(), Variant(false));
+    auto db = OpenDB(WritableStoreFile("qvrl.mdb"), Variant(), Variant(false));
     auto rs = db->OpenRecordset("SELECT * " + std::string(" FROM slzwlz1 ") + " WHERE " + LandClause(kLandAustria),
                                 dao::dbOpenDynaset);
     int32_t updated = 0;

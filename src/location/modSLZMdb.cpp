@@ -1,7 +1,7 @@
 #include "location/modSLZMdb.h"
 
 #include "location/ZoneTables.h"
-
+#include "store/StoreFiles.h"
 #include "support/CLocLite.h"
 #include "support/ModuleState.h"
 #include "support/errors.h"
@@ -47,7 +47,7 @@ bool Open(int16_t& norm, std::shared_ptr<Database>& db, const char* plain, const
         file = dibt;
     }
     try {
-        db = OpenDB(ProgramFolder() + "/" + file, Variant(), Variant(true));
+        db = OpenDB(StoreFile(file), Variant(), Variant(true));
     } catch (const RuntimeError&) {
         return false;
     }

@@ -1,5 +1,6 @@
 #include "rules/modWindUK.h"
 
+#include "store/StoreFiles.h"
 #include "store/modDAO.h"
 #include "rules/modMath.h"
 #include "support/ModuleState.h"
@@ -13,7 +14,7 @@ bool OpenFigureDatabase() {
     ModuleState& st = State();
     if (st.FigureDb) return true;
     try {
-        st.FigureDb = OpenDB(ProgramFolder() + "/qvrl.mdb", Variant(), Variant(true));
+        st.FigureDb = OpenDB(StoreFile("qvrl.mdb"), Variant(), Variant(true));
         return true;
     } catch (const RuntimeError&) {
         return false;

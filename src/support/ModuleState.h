@@ -4,6 +4,7 @@
 // globals. Objects are used from one thread at a time.
 
 #include <cstdint>
+#include <map>
 #include <memory>
 #include <string>
 
@@ -42,6 +43,8 @@ struct ModuleState {
     // Once a database could not be opened in place, copies in the temporary
     // folder are used for the rest of the process.
     bool CopyToTemp = false;
+    // Database files chosen by name for this process (store/StoreFiles.h).
+    std::map<std::string, std::string> StoreFileOverrides;
     // modWindCpMdb: qvrlcpe.txt stands beside the component and replaces the
     // store; settled anew by each InitCpeMdb.
     bool UseCpeTxt = false;
