@@ -16,6 +16,7 @@
 #include <fstream>
 #include <string>
 
+#include "BenchEnv.h"
 #include "cp/modWindCp.h"
 #include "cp/modWindCpMdb.h"
 #include "support/ModuleState.h"
@@ -60,14 +61,13 @@ std::string TextLine(int32_t id, int32_t norm, int16_t typ, int16_t trTyp, const
 class Folders {
 public:
     Folders() {
-        const std::string shipped = ProgramFolder() + "/qvrl.mdb";
-        root_ = fs::temp_directory_path() / ("qvrl-bench-cpe-" + std::to_string(::getpid()));
-        fs::remove_all(root_);
-        fs::create_directories(root_ / "store");
-        fs::create_directories(root_ / "text");
-        fs::create_directories(root_ / "appdata");
-        fs::copy_file(shipped, root_ / "store" / "qvrl.mdb");
-        std::ofstream out(root_ / "text" / "qvrlcpe.txt", std::ios::binary);
+        const std::string shipped = bench::kShippedFolder + "/qvrl.mdb";
+        const fs::path& root = dir_.path();
+        fs::create_directories(root / "store");
+        fs::create_directories(root / "text");
+        fs::create_directories(root / "appdata");
+        fs::copy_file(shipped, root / "store" / "qvrl.mdb");
+        std::ofstream out(root / "text" / "qvrlcpe.txt", std::ios::binary);
         const std::vector<CpBuiltInRow> rows = BuiltInCpRows();
         int32_t id = 0;
         for (int32_t norm = 3; id < 500; norm += 100) {
@@ -79,21 +79,17 @@ public:
                 out << TextLine(++id, norm, b.info.Typ, b.info.TrTyp, r) << "\r\n";
             }
         }
-        // The traces go to a log of our own, never the user's.
-        setenv("APPDATA", (root_ / "appdata").c_str(), 1);
     }
-    ~Folders() {
-        std::error_code ec;
-        fs::remove_all(root_, ec);
-    }
-    void Use(const char* which) {
-        setenv("QVRL_PROGRAM_FOLDER", (root_ / which).c_str(), 1);
+    // The traces go to a log of our own, never the user's.
+    void Use(bench::ScopedEnv& env, const char* which) const {
+        env.Set("QVRL_PROGRAM_FOLDER", (dir_.path() / which).string());
+        env.Set("APPDATA", (dir_.path() / "appdata").string());
         ResetModuleState();
         InitCpeMdb();
     }
 
 private:
-    fs::path root_;
+    bench::TempFolder dir_{"cpe"};
 };
 
 Folders& TheFolders() {
@@ -103,7 +99,8 @@ Folders& TheFolders() {
 
 template <class Select>
 void Run(benchmark::State& state, const char* folder, Select select) {
-    TheFolders().Use(folder);
+    bench::ScopedEnv env;
+    TheFolders().Use(env, folder);
     std::size_t i = 0;
     CpWindRecord rec;
     for (auto _ : state) {

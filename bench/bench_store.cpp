@@ -12,6 +12,7 @@
 #include <unistd.h>
 #include <vector>
 
+#include "BenchEnv.h"
 #include "store/modDAO.h"
 #include "support/vb.h"
 
@@ -28,10 +29,7 @@ std::string Ags(int32_t i) { return Format(static_cast<double>(9000000 + i * 7),
 class Sample {
 public:
     Sample() {
-        dir_ = fs::temp_directory_path() / ("qvrl-bench-store-" + std::to_string(::getpid()));
-        fs::remove_all(dir_);
-        fs::create_directories(dir_);
-        const std::string path = (dir_ / "qvrl.mdb").string();
+        const std::string path = (dir_.path() / "qvrl.mdb").string();
         {
             auto db = DBEngine::CreateDatabase(path, dao::dbLangGeneral);
             TableDef def = db->CreateTableDef("slzwlz");
@@ -75,15 +73,11 @@ public:
         }
         db_ = DBEngine::OpenDatabase(path, {}, true);
     }
-    ~Sample() {
-        db_.reset();
-        std::error_code ec;
-        fs::remove_all(dir_, ec);
-    }
+    ~Sample() { db_.reset(); }
     Database& db() { return *db_; }
 
 private:
-    fs::path dir_;
+    bench::TempFolder dir_{"store"};
     std::shared_ptr<Database> db_;
 };
 

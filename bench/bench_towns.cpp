@@ -11,6 +11,7 @@
 #include <unistd.h>
 #include <vector>
 
+#include "BenchEnv.h"
 #include "location/modAGSMdb.h"
 #include "store/modDAO.h"
 #include "support/ModuleState.h"
@@ -52,13 +53,13 @@ std::vector<Town> AllTowns() {
 class Sample {
 public:
     Sample() {
-        root_ = fs::temp_directory_path() / ("qvrl-bench-towns-" + std::to_string(::getpid()));
-        fs::remove_all(root_);
-        fs::create_directories(root_ / "program");
-        fs::copy_file(ProgramFolder() + "/qvrl.mdb", root_ / "program" / "qvrl.mdb");
-        setenv("QVRL_PROGRAM_FOLDER", (root_ / "program").c_str(), 1);
+        const fs::path& root = dir_.path();
+        fs::create_directories(root / "program");
+        fs::copy_file(bench::kShippedFolder + "/qvrl.mdb", root / "program" / "qvrl.mdb");
+        bench::ScopedEnv env;
+        Use(env, true);
         {
-            auto db = DBEngine::OpenDatabase((root_ / "program" / "qvrl.mdb").string(), Variant(), Variant(false));
+            auto db = DBEngine::OpenDatabase((root / "program" / "qvrl.mdb").string(), Variant(), Variant(false));
             db->BeginTrans();
             auto rs = db->OpenRecordset("slzwlz", dao::dbOpenDynaset);
             int32_t id = 0;
@@ -85,7 +86,6 @@ public:
             rs->Close();
             db->CommitTrans();
         }
-        UseUserFolder(true);
         for (int32_t i = 0; i < kUserRows; ++i) {
             TownRec t;
             FindTownByAGS(Ags({kBigState, i * (kBigStateTowns / kUserRows)}), t);
@@ -93,18 +93,17 @@ public:
             SaveUserGem(t);
         }
     }
-    ~Sample() { fs::remove_all(root_); }
-
     // Each user folder stands for a process of its own.
-    void UseUserFolder(bool withCorrections) {
-        const fs::path dir = root_ / (withCorrections ? "user" : "plain");
+    void Use(bench::ScopedEnv& env, bool withCorrections) const {
+        const fs::path dir = dir_.path() / (withCorrections ? "user" : "plain");
         fs::create_directories(dir);
-        setenv("APPDATA", dir.c_str(), 1);
+        env.Set("QVRL_PROGRAM_FOLDER", (dir_.path() / "program").string());
+        env.Set("APPDATA", dir.string());
         ResetModuleState();
     }
 
 private:
-    fs::path root_;
+    bench::TempFolder dir_{"towns"};
 };
 
 Sample& TheSample() {
@@ -113,7 +112,8 @@ Sample& TheSample() {
 }
 
 void BM_FindTownByAGS(benchmark::State& state) {
-    TheSample().UseUserFolder(state.range(0) != 0);
+    bench::ScopedEnv env;
+    TheSample().Use(env, state.range(0) != 0);
     std::vector<std::string> keys;
     for (int32_t i = 0; i < 600; i += 7) keys.push_back(Ags({5, i}));
     TownRec t;
@@ -127,7 +127,8 @@ void BM_FindTownByAGS(benchmark::State& state) {
 BENCHMARK(BM_FindTownByAGS)->ArgName("userFile")->Arg(0)->Arg(1)->Unit(benchmark::kMicrosecond);
 
 void BM_ReadGemFromAGS_State(benchmark::State& state) {
-    TheSample().UseUserFolder(state.range(0) != 0);
+    bench::ScopedEnv env;
+    TheSample().Use(env, state.range(0) != 0);
     StateRec s;
     s.BL_ID = kBigState;
     std::vector<TownRec> list;

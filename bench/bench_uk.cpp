@@ -8,6 +8,7 @@
 #include <filesystem>
 #include <string>
 
+#include "BenchEnv.h"
 #include "store/modDAO.h"
 #include "rules/modWindEN.h"
 #include "support/ModuleState.h"
@@ -22,11 +23,9 @@ namespace fs = std::filesystem;
 class FigureFolder {
 public:
     FigureFolder() {
-        dir_ = fs::temp_directory_path() / ("qvrl-bench-uk-" + std::to_string(::getpid()));
-        fs::remove_all(dir_);
-        fs::create_directories(dir_);
+        const fs::path& dir = dir_.path();
         {
-            auto db = DBEngine::CreateDatabase((dir_ / "qvrl.mdb").string(), dao::dbLangGeneral);
+            auto db = DBEngine::CreateDatabase((dir / "qvrl.mdb").string(), dao::dbLangGeneral);
             const char* cols[] = {"dist", "2", "5", "10", "20", "50", "100", "200"};
             for (int n = 3; n <= 8; ++n) {
                 const std::string name = "en_bs_fig" + std::to_string(n);
@@ -46,22 +45,18 @@ public:
             }
             db->Close();
         }
-        setenv("QVRL_PROGRAM_FOLDER", dir_.c_str(), 1);
-        ResetModuleState();
     }
-    ~FigureFolder() {
-        ResetModuleState();
-        unsetenv("QVRL_PROGRAM_FOLDER");
-        std::error_code ec;
-        fs::remove_all(dir_, ec);
-    }
+    const fs::path& path() const { return dir_.path(); }
 
 private:
-    fs::path dir_;
+    bench::TempFolder dir_{"uk"};
 };
 
 void BM_WindPressureUK_Category3(benchmark::State& s) {
     static FigureFolder folder;
+    bench::ScopedEnv env;
+    env.Set("QVRL_PROGRAM_FOLDER", folder.path().string());
+    ResetModuleState();
     double z = 12.0;
     for (auto _ : s) {
         double town = 1500.0;

@@ -48,7 +48,11 @@ Database& Db() {
                 rs->Update();
             }
         }
-        return DBEngine::OpenDatabase(path, {}, true);
+        // The open connection reads on from the unlinked file; nothing stays
+        // behind however the run ends.
+        auto db = DBEngine::OpenDatabase(path, {}, true);
+        std::filesystem::remove_all(dir);
+        return db;
     }();
     return *db;
 }

@@ -8,6 +8,7 @@
 #include <filesystem>
 #include <fstream>
 #include <string>
+#include <system_error>
 
 #include "maintenance/TownImport.h"
 #include "support/errors.h"
@@ -17,13 +18,29 @@ namespace {
 namespace fs = std::filesystem;
 using namespace qvrl;
 
-const fs::path& Folder() {
-    static const fs::path dir = [] {
-        fs::path d = fs::temp_directory_path() / ("qvrl-fuzz-towns-" + std::to_string(::getpid()));
-        fs::create_directories(d);
-        return d;
-    }();
-    return dir;
+// The process's folder, removed when the run ends.
+class Folder {
+public:
+    Folder() {
+        std::string tmpl = (fs::temp_directory_path() / "qvrl-fuzz-towns-XXXXXX").string();
+        if (::mkdtemp(tmpl.data()) == nullptr) std::abort();
+        path_ = tmpl;
+    }
+    Folder(const Folder&) = delete;
+    Folder& operator=(const Folder&) = delete;
+    ~Folder() {
+        std::error_code ec;
+        fs::remove_all(path_, ec);
+    }
+    const fs::path& path() const { return path_; }
+
+private:
+    fs::path path_;
+};
+
+const fs::path& TheFolder() {
+    static const Folder folder;
+    return folder.path();
 }
 
 template <class F>
@@ -39,16 +56,17 @@ void Expect(F&& run) {
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
-    const fs::path input = Folder() / "input.txt";
+    const fs::path input = TheFolder() / "input.txt";
     {
         std::ofstream out(input, std::ios::binary | std::ios::trunc);
         out.write(reinterpret_cast<const char*>(data), static_cast<std::streamsize>(size));
     }
-    const std::string db = (Folder() / "absent" / "qvrl.mdb").string();
+    const std::string db = (TheFolder() / "absent" / "qvrl.mdb").string();
     Expect([&] { (void)ReadGv100ad(input.string()); });
     Expect([&] { (void)ImportZones(input.string(), db, 50); });
     Expect([&] { (void)ImportZones(input.string(), db, 51); });
     Expect([&] { (void)ImportAtMunicipalities(input.string(), db); });
-    if (fs::exists(Folder() / "absent")) std::abort();
+    fs::remove(input);
+    if (fs::exists(TheFolder() / "absent")) std::abort();
     return 0;
 }

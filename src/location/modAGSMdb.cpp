@@ -306,8 +306,9 @@ void ReadGemFromAGS(const StateRec& State, const RegionRec& Region, const County
     ModuleState& st = qvrl::State();
 
     std::unique_ptr<UserRows> user;
-    if (FileExists(UserTownDbPath())) {
-        if (!InitAGSUsrMdb()) return;
+    // A user file that cannot be opened hides none of the shipped rows; the
+    // store keeps its error for the caller (LastStoreOpenError).
+    if (FileExists(UserTownDbPath()) && InitAGSUsrMdb()) {
         user = std::make_unique<UserRows>(st.AGSUsrDb->OpenRecordset("SELECT * FROM slzwlz", dao::dbOpenSnapshot));
     }
     const bool hasUserRows = user && user->Any();

@@ -255,8 +255,9 @@ void ReadGemFromAGSEN(const LandRec& Land, const StateRecEN& State, const Region
     ModuleState& st = qvrl::State();
 
     bool hasUserRows = false;
-    if (FileExists(UserTownDbPath())) {
-        if (!InitAGSUsrMdbEN()) return;
+    // A user file that cannot be opened hides none of the shipped rows; the
+    // store keeps its error for the caller (LastStoreOpenError).
+    if (FileExists(UserTownDbPath()) && InitAGSUsrMdbEN()) {
         hasUserRows = !st.AGSUsrDbEN->OpenRecordset("SELECT * FROM slzwlz1", dao::dbOpenSnapshot)->EOF_();
     }
 

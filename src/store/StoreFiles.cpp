@@ -1,5 +1,10 @@
 #include "store/StoreFiles.h"
 
+#include <fcntl.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstring>
 #include <filesystem>
 #include <system_error>
 
@@ -11,6 +16,22 @@
 namespace fs = std::filesystem;
 
 namespace qvrl {
+
+namespace {
+
+[[noreturn]] void RaiseCannotMake(const std::string& file, const std::string& why) {
+    Raise(dao::errCannotOpen, {}, "The file '" + file + "' cannot be made: " + why + ".");
+}
+
+// Forces the copy's bytes to disk before it takes its name.
+bool Flush(const std::string& path) {
+    const int fd = ::open(path.c_str(), O_RDONLY | O_CLOEXEC);
+    if (fd < 0) return false;
+    const bool ok = ::fsync(fd) == 0;
+    return ::close(fd) == 0 && ok;
+}
+
+}  // namespace
 
 std::string ShippedStoreFile(const std::string& name) { return ProgramFolder() + "/" + name; }
 
@@ -34,16 +55,31 @@ std::string WritableStoreFile(const std::string& name) {
     const std::string shipped = ShippedStoreFile(name);
     if (!fs::is_regular_file(shipped, ec))
         Raise(dao::errCouldNotFindFile, {}, "Could not find file '" + shipped + "'.");
-    // The copy appears whole under its name or not at all.
+    // The copy appears whole under its name or not at all. A part left by a
+    // copy that was killed is stale: it goes first, whatever its mode.
     const std::string part = user + ".part";
-    fs::copy_file(shipped, part, fs::copy_options::overwrite_existing, ec);
-    if (!ec) fs::permissions(part, fs::perms::owner_read | fs::perms::owner_write, fs::perm_options::add, ec);
-    if (!ec) fs::rename(part, user, ec);
-    if (ec) {
+    fs::remove(part, ec);
+    ec.clear();
+    if (!fs::copy_file(shipped, part, ec) || ec) {
+        const std::string why = ec.message();
         std::error_code ignored;
         fs::remove(part, ignored);
-        Raise(dao::errCannotOpen, {}, "The file '" + user + "' cannot be opened.");
+        RaiseCannotMake(user, why);
     }
+    // An installed file may be read-only for everyone; the user's copy is the
+    // user's to write.
+    fs::permissions(part, fs::perms::owner_read | fs::perms::owner_write, fs::perm_options::add, ec);
+    if (!ec && State().FileWriteSync && !Flush(part)) ec = std::error_code(errno, std::generic_category());
+    // A copy made meanwhile by another process wins; it may hold imports already.
+    if (!ec && ::link(part.c_str(), user.c_str()) != 0 && errno != EEXIST)
+        ec = std::error_code(errno, std::generic_category());
+    if (ec) {
+        const std::string why = ec.message();
+        std::error_code ignored;
+        fs::remove(part, ignored);
+        RaiseCannotMake(user, why);
+    }
+    fs::remove(part, ec);
     return user;
 }
 

@@ -323,6 +323,19 @@ public:
 std::shared_ptr<Database> OpenDB(const std::string& Name, const Variant& Options = {}, const Variant& ReadOnly = {},
                                  const Variant& Connect = {});
 
+// The last failure of OpenDB that was final, kept for the commands, whose
+// look-ups end in an empty list by design: Number is the store's error (53,
+// 3024, 3027, 3045, 3051, 3343, ...), 0 when none since ClearStoreOpenError.
+struct StoreOpenError {
+    int32_t Number = 0;
+    std::string File;
+    std::string Description;  // names the file
+};
+StoreOpenError LastStoreOpenError();
+void ClearStoreOpenError();
+// Raises the kept failure as the store's run-time error, if there is one.
+void RaiseStoreOpenError();
+
 // The temporary folder, with a closing separator.
 std::string GetTempDir();
 // Copies From (a NUL-separated list, closed by two NULs; names may hold "*"

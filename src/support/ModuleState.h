@@ -43,6 +43,16 @@ struct ModuleState {
     // Once a database could not be opened in place, copies in the temporary
     // folder are used for the rest of the process.
     bool CopyToTemp = false;
+    // The last database OpenDB could not open, with the store's error number
+    // and a text naming the file; 0 when none since it was last cleared.
+    int32_t StoreOpenErrorNumber = 0;
+    std::string StoreOpenErrorFile;
+    std::string StoreOpenErrorText;
+    // Folders once found (modLowLevel): the data folder beside the library,
+    // and the per-user folder made or found for the environment it came from,
+    // so that a look-up does not probe the disk for them again.
+    std::string ProgramFolderFound;
+    std::string UserFolderMade;
     // Database files chosen by name for this process (store/StoreFiles.h).
     std::map<std::string, std::string> StoreFileOverrides;
     // modWindCpMdb: qvrlcpe.txt stands beside the component and replaces the

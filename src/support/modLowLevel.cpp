@@ -8,6 +8,7 @@
 #include <filesystem>
 #include <system_error>
 
+#include "support/ModuleState.h"
 #include "support/modToolsB.h"
 #include "support/vb.h"
 
@@ -40,13 +41,18 @@ std::string LibraryFolder() {
 std::string ProgramFolder() {
     const std::string env = Trim(Env("QVRL_PROGRAM_FOLDER"));
     if (!env.empty()) return StripSlash(env);
+    // The library does not move while the process runs: found once.
+    std::string& found = State().ProgramFolderFound;
+    if (!found.empty()) return found;
+    found = QVRL_BUILD_DATA_DIR;
     const std::string lib = LibraryFolder();
     if (!lib.empty()) {
         std::error_code ec;
         const fs::path installed = fs::path(lib).parent_path() / QVRL_INSTALL_DATA_REL;
-        if (fs::is_regular_file(installed / "language.ini", ec)) return StripSlash(installed.lexically_normal().string());
+        if (fs::is_regular_file(installed / "language.ini", ec))
+            found = StripSlash(installed.lexically_normal().string());
     }
-    return QVRL_BUILD_DATA_DIR;
+    return found;
 }
 
 std::string ProgramName() { return "QVRoofLoad"; }
@@ -61,8 +67,12 @@ std::string UserDataFolder() {
     }
     if (base.back() != '/') base += '/';
     const std::string folder = base + "tarvek/";
+    // Once made or found for this environment, the folder is not probed again.
+    ModuleState& st = State();
+    if (st.UserFolderMade == folder) return folder;
     std::error_code ec;
     if (!fs::is_directory(folder, ec)) fs::create_directories(folder, ec);
+    if (fs::is_directory(folder, ec)) st.UserFolderMade = folder;
     return folder;
 }
 
