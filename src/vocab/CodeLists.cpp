@@ -218,4 +218,25 @@ std::string SnowRegionMapForm(int16_t CtrlRegion) {
     return {};
 }
 
+NormLists ListsOfNorm(int16_t Norm, int16_t CtrlRegion) {
+    NormLists l;
+    switch (Norm) {
+    case norm::DIN1986_1975: l.snowZones = SnowZoneList1975(); break;
+    case norm::DIN2005:
+    case norm::DIN2005_T2963:
+        l.snowZones = SnowZoneList2005();
+        l.windZones = Norm == norm::DIN2005 ? WindZoneList2005() : WindZoneList2005_T2963();
+        l.categories = WindCategoryList2005();
+        break;
+    default:
+        if (!IsEurocodeNorm(Norm)) break;
+        l.snowZones = SnowZoneList(Norm, CtrlRegion);
+        if (Norm == norm::DE) l.windZones = WindZoneList2005();
+        l.categories = WindCategoryList_EN(Norm);
+        l.regions = SnowRegionList(Norm);
+        break;
+    }
+    return l;
+}
+
 }  // namespace qvrl

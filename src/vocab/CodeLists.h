@@ -74,6 +74,21 @@ ZoneList SnowZoneList(int16_t CtrlNA, int16_t CtrlRegion);
 // First match of the code in SnowZoneList; 0.0 when the list does not hold it.
 double SnowZoneFigure(int16_t CtrlNA, int16_t CtrlRegion, int16_t code);
 
+// What a site under a standard is described by: its snow zones (for the
+// Eurocode those of the region), wind zones, terrain categories and climate
+// regions. A list the standard does not have is empty: DIN 1055-4:1986 (Norm 1)
+// takes the wind load from the building height alone, so it has snow zones
+// of 1975 and nothing else; only the German annex (50) keeps the four wind
+// zones of DIN 1055-4:2005, which carry its basic values. Codes that name no
+// standard (213, 78, 211, the unknown) get four empty lists.
+struct NormLists {
+    CodeList snowZones;
+    CodeList windZones;
+    CodeList categories;
+    CodeList regions;
+};
+NormLists ListsOfNorm(int16_t Norm, int16_t CtrlRegion = 0);
+
 // Map form of each climate region (empty for an unknown region).
 std::string SnowRegionMapForm(int16_t CtrlRegion);
 
