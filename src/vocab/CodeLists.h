@@ -46,8 +46,18 @@ struct NormRow {
     const char* text;
 };
 const std::vector<NormRow>& NormTable();
+// Codes with no row in NormTable, and what they stand for.
+struct OtherNormCode {
+    int16_t code;
+    const char* meaning;
+};
+const std::vector<OtherNormCode>& OtherNormCodes();
+// The national annexes (CtrlNA) in the order they are listed: 50, 51, 52, 53, 54.
+const std::vector<int16_t>& AnnexCodes();
 // Live load texts of the small codes; "" where none exists.
 std::string LiveLoadNormText(int16_t code);
+// The live load standards, 1 and 3, with those texts.
+CodeList LiveLoadNormList();
 bool IsCatalogueNorm(int16_t code);
 bool IsEurocodeNorm(int16_t code);
 

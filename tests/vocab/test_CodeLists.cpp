@@ -65,6 +65,12 @@ TEST(NormTable, CodesAndTextsInOrder) {
     EXPECT_STREQ(t[4].text, "ÖNorm B 1991-1-3:2006, ÖNorm B 1991-1-4:2009");
     EXPECT_EQ(LiveLoadNormText(3), "DIN 1055-3:2006-03");
     EXPECT_EQ(LiveLoadNormText(31), "");
+    EXPECT_EQ(Codes(LiveLoadNormList()), (std::vector<int16_t>{1, 3}));
+    // The further codes have no row of their own; the annexes are the Eurocode codes.
+    for (const OtherNormCode& c : OtherNormCodes())
+        for (const NormRow& r : t) EXPECT_NE(r.code, c.code);
+    EXPECT_EQ(OtherNormCodes().size(), 4u);
+    EXPECT_EQ(AnnexCodes(), (std::vector<int16_t>{50, 51, 52, 53, 54}));
 }
 
 TEST(NormTable, CatalogueAndEurocodeSets) {
