@@ -224,6 +224,22 @@ typedef struct qvrl_class_info {
 
 QVRL_API qvrl_status qvrl_classes(const qvrl_class_info** classes, size_t* count);
 
+/* Importers: the official municipality lists, zone assignments and the UK
+ * annex figure grids (formats as `qvroofload db import --help` states them).
+ * db NULL or "" loads the user's own copy in the per-user folder, made from
+ * the shipped file on first import; the shipped files are never written.
+ * Bad input changes nothing and is error 5 with every fault, one a line, in
+ * the description; the store's faults keep their numbers (3024 no such
+ * database, 3045 in use, ...) after everything is rolled back. report, when
+ * not NULL, receives an owned text: what was changed, per table, as the tool
+ * prints it. */
+QVRL_API qvrl_status qvrl_import_gv100ad(const char* file, const char* db, qvrl_value* report);
+/* land_id 50 Germany or 51 Austria. */
+QVRL_API qvrl_status qvrl_import_zones(const char* file, const char* db, int32_t land_id, qvrl_value* report);
+QVRL_API qvrl_status qvrl_import_at_municipalities(const char* file, const char* db, qvrl_value* report);
+/* dir holds en_bs_fig3.csv ... en_bs_fig8.csv. */
+QVRL_API qvrl_status qvrl_import_uk_figures(const char* dir, const char* db, qvrl_value* report);
+
 #ifdef __cplusplus
 }
 #endif

@@ -16,6 +16,7 @@
 
 #include "automation/Dispatch.h"
 #include "interchange/TextFile.h"
+#include "maintenance/StoreImports.h"
 #include "support/errors.h"
 #include "support/vb.h"
 
@@ -442,3 +443,42 @@ qvrl_status qvrl_classes(const qvrl_class_info** classes, size_t* count) {
 }
 
 }  // extern "C"
+
+namespace {
+
+// Bad input of an importer is an invalid argument, with its faults.
+template <class F>
+qvrl_status RunImport(qvrl_value* report, F&& run) {
+    if (report) *report = Empty();
+    return Guard([&] {
+        std::string text;
+        try {
+            text = qvrl::imports::ReportText(run());
+        } catch (const qvrl::TownInputError& e) {
+            Raise(err::InvalidCall, "import", e.what());
+        }
+        if (report) ToC(Variant(text), *report);
+    });
+}
+
+std::string OptionalText(const char* s) { return s ? s : ""; }
+
+}  // namespace
+
+qvrl_status qvrl_import_gv100ad(const char* file, const char* db, qvrl_value* report) {
+    return RunImport(report, [&] { return qvrl::imports::Gv100ad(Text(file, "file name"), OptionalText(db)); });
+}
+
+qvrl_status qvrl_import_zones(const char* file, const char* db, int32_t land_id, qvrl_value* report) {
+    return RunImport(report,
+                     [&] { return qvrl::imports::Zones(Text(file, "file name"), OptionalText(db), land_id); });
+}
+
+qvrl_status qvrl_import_at_municipalities(const char* file, const char* db, qvrl_value* report) {
+    return RunImport(report,
+                     [&] { return qvrl::imports::AtMunicipalities(Text(file, "file name"), OptionalText(db)); });
+}
+
+qvrl_status qvrl_import_uk_figures(const char* dir, const char* db, qvrl_value* report) {
+    return RunImport(report, [&] { return qvrl::imports::UkFigures(Text(dir, "folder name"), OptionalText(db)); });
+}

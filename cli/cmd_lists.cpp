@@ -36,8 +36,6 @@ ordered_json ZonesJson(const ZoneList& l) {
     return a;
 }
 
-const int16_t kAnnexes[] = {norm::DE, norm::AT, norm::IT, norm::UK, norm::EN};
-
 // Regions worth listing for an annex: 0 (all) and each of its regions.
 std::vector<int16_t> RegionsOf(int16_t na) {
     std::vector<int16_t> r{0};
@@ -63,19 +61,19 @@ ordered_json BuildJson(const Options& o) {
         for (const NormRow& r : SelectableNormRows(o.selectable)) sel.push_back({{"Norm", r.code}, {"text", r.text}});
         j["selectable"] = {{"codes", o.selectable}, {"rows", sel}, {"enabled", sel.size() > 1}};
     }
-    j["otherNormCodes"] = ordered_json::array({
-        {{"Norm", 31}, {"meaning", "DIN 1055-4:2005 with five wind zones and the municipal tables"}},
-        {{"Norm", 78}, {"meaning", "live load catalogue data, additional load not summed"}},
-        {{"Norm", 211}, {"meaning", "live load catalogue data, additional load not summed"}},
-        {{"Norm", 213}, {"meaning", "live load catalogue data, zone tables as Norm 3"}},
-    });
-    j["liveLoadStandards"] = ordered_json::array(
-        {{{"Norm", 1}, {"text", LiveLoadNormText(1)}}, {{"Norm", 3}, {"text", LiveLoadNormText(3)}}});
+    ordered_json other = ordered_json::array();
+    for (const OtherNormCode& c : OtherNormCodes()) other.push_back({{"Norm", c.code}, {"meaning", c.meaning}});
+    j["otherNormCodes"] = other;
+    ordered_json live = ordered_json::array();
+    const CodeList liveList = LiveLoadNormList();
+    for (size_t i = 1; i < liveList.Index.size(); ++i)
+        live.push_back({{"Norm", liveList.Index[i]}, {"text", liveList.sName[i]}});
+    j["liveLoadStandards"] = live;
     j["windZones2005"] = ListJson(WindZoneList2005());
     j["windZones2005_T2963"] = ListJson(WindZoneList2005_T2963());
     j["windCategories2005"] = ListJson(WindCategoryList2005());
     ordered_json cats = ordered_json::array();
-    for (int16_t na : kAnnexes) {
+    for (int16_t na : AnnexCodes()) {
         if (o.na >= 0 && o.na != na) continue;
         cats.push_back({{"CtrlNA", na}, {"categories", ListJson(WindCategoryList_EN(na))}});
     }
@@ -83,7 +81,7 @@ ordered_json BuildJson(const Options& o) {
     j["snowZones1975"] = ListJson(SnowZoneList1975());
     j["snowZones2005"] = ListJson(SnowZoneList2005());
     ordered_json regions = ordered_json::array(), zones = ordered_json::array();
-    for (int16_t na : kAnnexes) {
+    for (int16_t na : AnnexCodes()) {
         if (o.na >= 0 && o.na != na) continue;
         regions.push_back({{"CtrlNA", na}, {"regions", ListJson(SnowRegionList(na))}});
         for (int16_t r : RegionsOf(na)) {
@@ -116,22 +114,17 @@ void PrintText(std::ostream& out, const Options& o) {
         for (const NormRow& r : rows) out << "  " << std::setw(5) << r.code << "  " << r.text << "\n";
         out << "\n";
     }
-    PrintTable(out, "Live load standards", [] {
-        CodeList l;
-        l.Add(LiveLoadNormText(1), 1);
-        l.Add(LiveLoadNormText(3), 3);
-        return l;
-    }());
+    PrintTable(out, "Live load standards", LiveLoadNormList());
     PrintTable(out, "Wind zones, DIN 1055-4:2005 (Norm 3)", WindZoneList2005());
     PrintTable(out, "Wind zones, DIN 1055-4:2005 with T 2963 (Norm 31)", WindZoneList2005_T2963());
     PrintTable(out, "Terrain categories, DIN 1055-4:2005", WindCategoryList2005());
-    for (int16_t na : kAnnexes) {
+    for (int16_t na : AnnexCodes()) {
         if (o.na >= 0 && o.na != na) continue;
         PrintTable(out, "Terrain categories, EN 1991-1-4, CtrlNA " + std::to_string(na), WindCategoryList_EN(na));
     }
     PrintTable(out, "Snow zones, DIN 1055-5:1975", SnowZoneList1975());
     PrintTable(out, "Snow zones, DIN 1055-5:2005 and E DIN 1055-5:2004", SnowZoneList2005());
-    for (int16_t na : kAnnexes) {
+    for (int16_t na : AnnexCodes()) {
         if (o.na >= 0 && o.na != na) continue;
         PrintTable(out, "Climate regions, EN 1991-1-3, CtrlNA " + std::to_string(na), SnowRegionList(na));
         for (int16_t r : RegionsOf(na)) {

@@ -42,7 +42,7 @@ std::string N(double v) { return DoubleToText(v); }
 struct Options {
     bool json = false;
     int norm = 0;
-    std::string town, roof = "gabled";
+    std::string town, roof = "gabled", db;
     std::string snowZone;
     int windZone = 0, category = 0, region = 0;
     double altitude = 0, height = 0, pitch = 0, hpZuH = 0, rZuH = 0, alphaTr = 0, hzud = 0;
@@ -94,15 +94,7 @@ std::string TextOf(const CodeList& l, int16_t code) {
     return std::to_string(code);
 }
 
-CodeList SnowZonesFor(const SiteInput& in) {
-    if (in.Norm == norm::DIN1986_1975) return SnowZoneList1975();
-    if (!IsEurocodeNorm(in.Norm)) return SnowZoneList2005();
-    return SnowZoneList(in.Norm, in.CtrlRegion.value_or(0));
-}
-
-CodeList CategoriesFor(const SiteInput& in) {
-    return IsEurocodeNorm(in.Norm) ? WindCategoryList_EN(in.Norm) : WindCategoryList2005();
-}
+CodeList SnowZonesFor(const SiteInput& in) { return ListsOfNorm(in.Norm, in.CtrlRegion.value_or(0)).snowZones; }
 
 std::string FormText(SiteRoofForm f) { return T(txt::FormFirst + static_cast<int32_t>(f)); }
 
@@ -216,7 +208,7 @@ void Report(std::ostream& out, const SiteResult& r) {
     out << "\n" << T(txt::Snow) << "\n";
     Line(out, T(txt::SnowZone), TextOf(SnowZonesFor(in), *in.SnowZone));
     if (in.CtrlRegion && *in.CtrlRegion != 0)
-        Line(out, T(txt::Region), TextOf(SnowRegionList(in.Norm), *in.CtrlRegion));
+        Line(out, T(txt::Region), TextOf(ListsOfNorm(in.Norm).regions, *in.CtrlRegion));
     if (!r.skAvailable) {
         Line(out, T(txt::GroundSnow), T(txt::NoSnowValue));
     } else {
@@ -234,7 +226,7 @@ void Report(std::ostream& out, const SiteResult& r) {
 
     out << "\n" << T(txt::Wind) << "\n";
     if (in.WindZone) Line(out, T(txt::WindZone), std::to_string(*in.WindZone));
-    if (in.BuildingCategory) Line(out, T(txt::Category), TextOf(CategoriesFor(in), *in.BuildingCategory));
+    if (in.BuildingCategory) Line(out, T(txt::Category), TextOf(ListsOfNorm(in.Norm).categories, *in.BuildingCategory));
     if (IsEurocodeNorm(in.Norm)) {
         if (in.Norm != norm::UK && r.qb > 0.0) Line(out, T(txt::BasicPressure), F3(r.qb) + kN);
         if (r.vb > 0.0) Line(out, T(txt::BasicVelocity), N(r.vb) + " m/s");
@@ -302,6 +294,7 @@ void AddSiteCommand(CLI::App& app, Context& ctx) {
         ->required()
         ->check(CLI::Range(-32768, 32767));
     add("town", o->town, "Municipality key (AGS); its zones fill what is not given");
+    AddDbOption(*cmd, o->db);
     add("snow-zone", o->snowZone, "Snow load zone of the standard: its code or its text, e.g. 21 or 2a (see `lists`)");
     add("wind-zone", o->windZone, "Wind zone (DIN 1055-4:2005; DIN EN: gives qb and vb)")
         ->check(CLI::Range(-32768, 32767));
@@ -333,6 +326,10 @@ void AddSiteCommand(CLI::App& app, Context& ctx) {
         "--height 12 --roof flat --json");
     cmd->callback([o, &ctx] {
         ApplyLanguage(ctx);
+        if (!ApplyDbOption(o->db, "site")) {
+            ctx.exitCode = 2;
+            return;
+        }
         SiteResult r;
         try {
             r = ComputeSite(ToInput(*o));

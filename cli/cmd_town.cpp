@@ -8,9 +8,8 @@
 #include "commands.h"
 #include "location/modAGSMdb.h"
 #include "location/modAGSMdb_1.h"
-#include "store/modDAO.h"
-#include "support/ModuleState.h"
-#include "support/modLowLevel.h"
+#include "maintenance/TownTableStatus.h"
+#include "store/StoreFiles.h"
 #include "support/vb.h"
 
 namespace qvrl::cli {
@@ -28,6 +27,7 @@ struct TownOptions {
     int county = 0;
     std::string plz;
     std::string name;
+    std::string db;
 };
 
 bool Eurocode(const TownOptions& o) { return o.land > 0; }
@@ -113,17 +113,17 @@ void PrintTowns(std::ostream& out, const std::vector<TownRec>& list, bool en) {
 // Tells an empty table, or a database that cannot be opened, apart from a
 // filter that matches nothing.
 void HintEmpty(bool en) {
-    if (!(en ? InitAGSMdbEN() : InitAGSMdb())) {
-        std::cerr << "qvroofload: " << ProgramFolder() << "/qvrl.mdb cannot be opened\n";
+    switch (TownTableStatusOf(en)) {
+    case TownTableStatus::CannotOpen:
+        std::cerr << "qvroofload: " << StoreFile("qvrl.mdb") << " cannot be opened\n";
         return;
+    case TownTableStatus::Empty:
+        std::cerr << "qvroofload: the town table " << (en ? "slzwlz1" : "slzwlz")
+                  << " is empty; load the official directory with 'qvroofload db import "
+                  << (en ? "gv100ad' or 'db import at-municipalities'" : "gv100ad'") << "\n";
+        return;
+    case TownTableStatus::Filled: return;
     }
-    const auto& db = en ? State().AGSDbEN : State().AGSDb;
-    if (!db->OpenRecordset(en ? "SELECT TOP 1 * FROM slzwlz1" : "SELECT TOP 1 * FROM slzwlz", dao::dbOpenSnapshot)
-             ->EOF_())
-        return;
-    std::cerr << "qvroofload: the town table " << (en ? "slzwlz1" : "slzwlz")
-              << " is empty; load the official directory with 'qvroofload db import "
-              << (en ? "gv100ad' or 'db import at-municipalities'" : "gv100ad'") << "\n";
 }
 
 bool Digits(const std::string& s) {
@@ -215,7 +215,8 @@ void AddTownCommands(CLI::App& app, Context& ctx) {
     town->add_option("--land", one->land, "Look in the Eurocode table of this country (CtrlNA 50..54)")
         ->check(CLI::Range(50, 54));
     town->add_flag("--json", one->json, "Print JSON instead of text");
-    town->callback([one, &ctx] { ctx.exitCode = RunTown(*one); });
+    AddDbOption(*town, one->db);
+    town->callback([one, &ctx] { ctx.exitCode = ApplyDbOption(one->db, "town") ? RunTown(*one) : 2; });
 
     auto many = std::make_shared<TownOptions>();
     CLI::App* towns = app.add_subcommand("towns", "List the municipalities that match the filters, with their zones");
@@ -228,7 +229,8 @@ void AddTownCommands(CLI::App& app, Context& ctx) {
     towns->add_option("--land", many->land, "Eurocode table of this country (CtrlNA 50..54) instead of the German one")
         ->check(CLI::Range(50, 54));
     towns->add_flag("--json", many->json, "Print JSON instead of a table");
-    towns->callback([many, &ctx] { ctx.exitCode = RunTowns(*many); });
+    AddDbOption(*towns, many->db);
+    towns->callback([many, &ctx] { ctx.exitCode = ApplyDbOption(many->db, "towns") ? RunTowns(*many) : 2; });
 }
 
 }  // namespace qvrl::cli

@@ -7,10 +7,12 @@
 
 #include <cmath>
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
 #include "automation/Dispatch.h"
+#include "maintenance/StoreImports.h"
 #include "support/errors.h"
 #include "support/vb.h"
 
@@ -170,6 +172,32 @@ py::dict Describe(const qvrl::dispatch::PublicClass& c) {
 
 }  // namespace
 
+namespace {
+
+// What an import changed, as plain Python values; "text" as the tool prints it.
+py::dict ImportReport(const qvrl::TownImportReport& r) {
+    py::list tables;
+    for (const qvrl::TableTally& t : r.tables) {
+        py::dict d;
+        d["file"] = t.file;
+        d["table"] = t.table;
+        d["inserted"] = t.inserted;
+        d["updated"] = t.updated;
+        d["unchanged"] = t.unchanged;
+        d["untouched"] = t.untouched;
+        tables.append(d);
+    }
+    py::dict d;
+    d["source"] = r.source;
+    d["tables"] = tables;
+    d["untouched_meaning"] = r.untouchedMeaning;
+    d["notes"] = r.notes;
+    d["text"] = qvrl::imports::ReportText(r);
+    return d;
+}
+
+}  // namespace
+
 PYBIND11_MODULE(_qvroofload, m) {
     m.doc() = "Native calls of the QVRoofLoad public objects; use the package qvroofload.";
     m.attr("TYPELIB_NAME") = qvrl::typelib::Name;
@@ -260,4 +288,37 @@ PYBIND11_MODULE(_qvroofload, m) {
     m.def(
         "identity", [](const Dispatchable& obj) { return reinterpret_cast<uintptr_t>(obj.Target().get()); },
         py::arg("obj"), "A number equal for references to one object, for hashing.");
+
+    // The importers; bad input is error 5 carrying every fault.
+    auto addImport = [&m](const char* name, auto run, const char* doc) {
+        m.def(
+            name,
+            [run](const std::string& input, const std::optional<std::string>& db) {
+                try {
+                    return ImportReport(run(input, db.value_or(std::string())));
+                } catch (const qvrl::TownInputError& e) {
+                    Raise(err::InvalidCall, "import", e.what());
+                }
+            },
+            py::arg("path"), py::arg("db") = py::none(), doc);
+    };
+    addImport("import_gv100ad", [](const std::string& f, const std::string& db) { return qvrl::imports::Gv100ad(f, db); },
+           "Loads a GV100AD municipality directory; db None: your own qvrl.mdb in the per-user folder.");
+    addImport("import_at_municipalities",
+           [](const std::string& f, const std::string& db) { return qvrl::imports::AtMunicipalities(f, db); },
+           "Loads the Austrian municipality list; db None: your own qvrl.mdb in the per-user folder.");
+    addImport("import_uk_figures",
+           [](const std::string& d, const std::string& db) { return qvrl::imports::UkFigures(d, db); },
+           "Loads en_bs_fig3.csv ... en_bs_fig8.csv of a folder; db None: your own qvrl.mdb in the per-user folder.");
+    m.def(
+        "import_zones",
+        [](const std::string& file, const std::optional<std::string>& db, int32_t land) {
+            try {
+                return ImportReport(qvrl::imports::Zones(file, db.value_or(std::string()), land));
+            } catch (const qvrl::TownInputError& e) {
+                Raise(err::InvalidCall, "import", e.what());
+            }
+        },
+        py::arg("path"), py::arg("db") = py::none(), py::arg("land") = 50,
+        "Loads zone assignments for land 50 (Germany) or 51 (Austria); db None: your own qvrl.mdb.");
 }

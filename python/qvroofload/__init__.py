@@ -220,4 +220,20 @@ for _info in _native.classes():
     _classes[_info["name"]] = globals()[_info["name"]] = _build(_info)
 del _info
 
-__all__ = sorted(_classes) + ["RuntimeError", "Null", "Nothing", "classes"]
+# The importers: each returns a dict of what it changed (source, tables with
+# inserted/updated/unchanged/untouched, notes, and the report as text).
+import_gv100ad = _native.import_gv100ad
+import_zones = _native.import_zones
+import_at_municipalities = _native.import_at_municipalities
+import_uk_figures = _native.import_uk_figures
+
+__all__ = sorted(_classes) + [
+    "RuntimeError",
+    "Null",
+    "Nothing",
+    "classes",
+    "import_gv100ad",
+    "import_zones",
+    "import_at_municipalities",
+    "import_uk_figures",
+]

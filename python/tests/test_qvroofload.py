@@ -265,3 +265,50 @@ class RoofLoad(unittest.TestCase):
         with self.assertRaises(qvroofload.RuntimeError) as e:
             ags.Getsk()
         self.assertEqual(e.exception.number, 450)
+
+
+class Imports(unittest.TestCase):
+    """The importers as a script calls them: a report of what changed, bad
+    input as error 5 with every fault, and nothing written then."""
+
+    def setUp(self):
+        import tempfile
+
+        self.dir = tempfile.mkdtemp()
+
+    def write(self, name, text):
+        import os
+
+        path = os.path.join(self.dir, name)
+        with open(path, "w", encoding="utf-8") as f:
+            f.write(text)
+        return path
+
+    def test_a_list_lands_in_the_users_copy_and_says_so(self):
+        import os
+
+        path = self.write(
+            "gemliste.csv",
+            "Gemeindekennziffer;Gemeindename;Gemeindecode;Status;PLZ des Gem.Amtes;weitere Postleitzahlen\n"
+            "70101;Innsbruck;70101;SR;6020;6080\n",
+        )
+        r = qvroofload.import_at_municipalities(path)
+        self.assertEqual([t["table"] for t in r["tables"]], ["slzwlz1 (Land_ID 51)"])
+        t = r["tables"][0]
+        self.assertEqual(t["inserted"] + t["updated"] + t["unchanged"], 1)
+        self.assertIn("qvrl.mdb slzwlz1 (Land_ID 51): ", r["text"])
+        self.assertTrue(os.path.exists(os.path.join(os.environ["APPDATA"], "tarvek", "qvrl.mdb")))
+
+    def test_bad_input_is_error_5_and_names_its_lines(self):
+        path = self.write("zones.csv", "AGS;WZ\n05;1\n0533;3\n")
+        with self.assertRaises(qvroofload.RuntimeError) as c:
+            qvroofload.import_zones(path, land=50)
+        self.assertEqual(c.exception.number, 5)
+        self.assertIn("zones.csv:3: key '0533'", c.exception.description)
+        with self.assertRaises(qvroofload.RuntimeError) as c:
+            qvroofload.import_zones(path, land=52)
+        self.assertEqual(c.exception.number, 5)
+        with self.assertRaises(qvroofload.RuntimeError) as c:
+            qvroofload.import_uk_figures(self.dir, db=self.dir + "/absent.mdb")
+        self.assertEqual(c.exception.number, 5)  # the folder holds no grids
+        self.assertIn("en_bs_fig3.csv: missing", c.exception.description)

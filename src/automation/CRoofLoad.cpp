@@ -3,7 +3,7 @@
 #include "automation/CWindSnow.h"
 #include "cp/CWindCpTable.h"
 #include "cp/CpWindRecord.h"
-#include "cp/modWindCp.h"
+#include "cp/WindCpRoutes.h"
 #include "cp/modWindCpConv.h"
 #include "cp/modWindCpMdb.h"
 #include "interchange/modAsciiRL2.h"
@@ -77,6 +77,8 @@ void PrepareStore(bool useStore) {
     if (useStore) (void)InitCpeMdb();
 }
 
+CpRoute Route(bool useStore) { return useStore ? CpRoute::Store : CpRoute::BuiltIn; }
+
 }  // namespace
 
 void CRoofLoad::GetWindCpValues_Gabled_Roof() {
@@ -86,8 +88,7 @@ void CRoofLoad::GetWindCpValues_Gabled_Roof() {
     const double theta = t.Theta();
     const double alpha = t.Alpha();
     CpWindRecord rec;
-    if (UseCpeDB) Get_Wind_Cp_Satteldach_Mdb(Norm, theta, alpha, rec);
-    else Get_Wind_Cp_Satteldach(theta, alpha, rec);
+    WindCpGabled(Route(UseCpeDB), Norm, theta, alpha, rec);
     CpRecordToTable(rec, WindCpTable);
     WriteTrace({}, std::nullopt, "GetWindCpValues_Gabled_Roof_End", true);
 }
@@ -98,8 +99,7 @@ void CRoofLoad::GetWindCpValues_Hipped_Roof() {
     const double theta = t.Theta();
     const double alpha = t.Alpha();
     CpWindRecord rec;
-    if (UseCpeDB) Get_Wind_Cp_Walmdach_Mdb(Norm, theta, alpha, rec);
-    else Get_Wind_Cp_Walmdach(theta, alpha, rec);
+    WindCpHipped(Route(UseCpeDB), Norm, theta, alpha, rec);
     CpRecordToTable(rec, WindCpTable);
 }
 
@@ -110,8 +110,7 @@ void CRoofLoad::GetWindCpValues_Flat_Roof() {
     const double r = t.rZuH();
     const double alphaTr = t.AlphaTr();
     CpWindRecord rec;
-    if (UseCpeDB) Get_Wind_Cp_Flachdach_Mdb(Norm, hp, r, alphaTr, rec);
-    else Get_Wind_Cp_Flachdach(hp, r, alphaTr, rec);
+    WindCpFlat(Route(UseCpeDB), Norm, hp, r, alphaTr, rec);
     CpRecordToTable(rec, WindCpTable);
 }
 
@@ -119,8 +118,7 @@ void CRoofLoad::GetWindCpValues_Vertical_Wall() {
     PrepareStore(UseCpeDB);
     const double hzud = RequestTable(WindCpTable, "GetWindCpValues_Vertical_Wall").HzuD();
     CpWindRecord rec;
-    if (UseCpeDB) Get_Wind_Cp_Wand_Mdb(Norm, hzud, rec);
-    else Get_Wind_Cp_Wand(hzud, rec);
+    WindCpWall(Route(UseCpeDB), Norm, hzud, rec);
     CpRecordToTable(rec, WindCpTable);
 }
 
@@ -130,23 +128,18 @@ void CRoofLoad::GetWindCpValues_Pent_Roof() {
     const double theta = t.Theta();
     const double alpha = t.Alpha();
     CpWindRecord rec;
-    if (UseCpeDB) Get_Wind_Cp_Pultdach_Mdb(Norm, theta, alpha, rec);
-    else Get_Wind_Cp_Pultdach(theta, alpha, rec);
+    WindCpPent(Route(UseCpeDB), Norm, theta, alpha, rec);
     CpRecordToTable(rec, WindCpTable);
 }
 
 void CRoofLoad::GetWindCpValues_Inside() {
     PrepareStore(UseCpeDB);
     CWindCpTable& t = RequestTable(WindCpTable, "GetWindCpValues_Inside");
+    const int16_t trTyp = t.TrTyp();
+    const double theta = t.Theta();
+    const double mue = t.Mue();
     CpWindRecord rec;
-    // No built-in rule for the internal pressure: without the store the
-    // record stays empty.
-    if (UseCpeDB) {
-        const int16_t trTyp = t.TrTyp();
-        const double theta = t.Theta();
-        const double mue = t.Mue();
-        Get_Wind_Cp_Innen_Mdb(Norm, trTyp, theta, mue, rec);
-    }
+    WindCpInside(Route(UseCpeDB), Norm, trTyp, theta, mue, rec);
     CpRecordToTable(rec, WindCpTable);
 }
 

@@ -5,6 +5,7 @@
 #include "vocab/CodeLists.h"
 #include "cp/modWindCp.h"
 #include "cp/modWindCpMdb.h"
+#include "cp/WindCpRoutes.h"
 #include "interchange/Records.h"
 #include "location/modAGSMdb.h"
 #include "location/modAGSMdb_1.h"
@@ -84,24 +85,6 @@ std::string NormText(int16_t Norm) {
 
 bool IsDin(int16_t Norm) { return Norm == norm::DIN1986_1975 || Norm == norm::DIN2005 || Norm == norm::DIN2005_T2963; }
 
-CodeList SnowZonesOf(int16_t Norm, int16_t region) {
-    if (Norm == norm::DIN1986_1975) return SnowZoneList1975();
-    if (IsDin(Norm)) return SnowZoneList2005();
-    return SnowZoneList(Norm, region);
-}
-
-CodeList WindZonesOf(int16_t Norm) {
-    if (Norm == norm::DIN2005_T2963) return WindZoneList2005_T2963();
-    if (Norm == norm::DIN2005 || Norm == norm::DE) return WindZoneList2005();
-    return {};
-}
-
-CodeList CategoriesOf(int16_t Norm) {
-    if (Norm == norm::DIN2005 || Norm == norm::DIN2005_T2963) return WindCategoryList2005();
-    if (IsEurocodeNorm(Norm)) return WindCategoryList_EN(Norm);
-    return {};
-}
-
 void CheckStandard(int16_t Norm) {
     if (IsDin(Norm) || IsEurocodeNorm(Norm)) return;
     std::string known;
@@ -149,7 +132,7 @@ std::optional<int16_t> CodeOfText(const CodeList& l, const std::string& text) {
 void CheckSnow(SiteInput& in, const std::string& normText) {
     const int16_t Norm = in.Norm;
     if (IsEurocodeNorm(Norm)) {
-        const CodeList regions = SnowRegionList(Norm);
+        const CodeList regions = ListsOfNorm(Norm).regions;
         if (Norm == norm::EN && !in.CtrlRegion)
             Bad("region", "is needed for " + normText +
                               ": the climate region decides the ground snow formula; codes: " + Choices(regions));
@@ -163,7 +146,7 @@ void CheckSnow(SiteInput& in, const std::string& normText) {
     } else {
         NotFor("region", in.CtrlRegion, "climate regions belong to the Eurocode standards");
     }
-    const CodeList zones = SnowZonesOf(Norm, in.CtrlRegion.value_or(0));
+    const CodeList zones = ListsOfNorm(Norm, in.CtrlRegion.value_or(0)).snowZones;
     if ((!in.SnowZone || !Holds(zones, *in.SnowZone)) && !in.SnowZoneText.empty()) {
         // The code first: the British "1" is code 101, the Austrian "2" 102.
         in.SnowZone = CodeOfText(zones, in.SnowZoneText);
@@ -188,13 +171,13 @@ void CheckWind(SiteInput& in, const std::string& normText, double& qb, double& v
         NotFor("wind-zone", in.WindZone, why);
         NotFor("category", in.BuildingCategory, why);
     } else {
-        const CodeList cats = CategoriesOf(Norm);
+        const CodeList cats = ListsOfNorm(Norm).categories;
         if (!in.BuildingCategory) Bad("category", "is needed; codes: " + Choices(cats));
         CheckCode("category", "terrain category", cats, *in.BuildingCategory, normText);
     }
     if (Norm == norm::DIN2005 || Norm == norm::DIN2005_T2963) {
-        if (!in.WindZone) Bad("wind-zone", "is needed; codes: " + Choices(WindZonesOf(Norm)));
-        CheckCode("wind-zone", "wind zone", WindZonesOf(Norm), *in.WindZone, normText);
+        if (!in.WindZone) Bad("wind-zone", "is needed; codes: " + Choices(ListsOfNorm(Norm).windZones));
+        CheckCode("wind-zone", "wind zone", ListsOfNorm(Norm).windZones, *in.WindZone, normText);
     }
     if (IsDin(Norm)) {
         for (const auto& [opt, v] : {std::pair{"qb", in.BasicWindPressure},
@@ -214,7 +197,7 @@ void CheckWind(SiteInput& in, const std::string& normText, double& qb, double& v
     if (in.WindZone) {
         if (Norm != norm::DE) Bad("wind-zone", normText + " has no wind zone list here; give --qb or --vb");
         if (basicGiven) Bad("wind-zone", "give either the wind zone or --qb/--vb, not both");
-        CheckCode("wind-zone", "wind zone", WindZonesOf(Norm), *in.WindZone, normText);
+        CheckCode("wind-zone", "wind zone", ListsOfNorm(Norm).windZones, *in.WindZone, normText);
         // The zones of the German annex carry the reference values of DIN 1055-4:2005.
         WindReference(*in.WindZone, qb, vb);
     } else {
@@ -292,8 +275,9 @@ struct CpRequest {
 
 void ComputeCp(SiteResult& r) {
     const SiteInput& in = r.input;
-    const bool store = !(in.Norm == norm::DIN2005 || in.Norm == norm::DIN2005_T2963);
-    r.cpRoute = store ? SiteCpRoute::Store : SiteCpRoute::BuiltIn;
+    const CpRoute route = CpRouteOfNorm(in.Norm);
+    const bool store = route == CpRoute::Store;
+    r.cpRoute = route;
     if (store) InitCpeMdb();  // a failure shows as no rows
 
     using T = CpBuiltInTable;
@@ -318,24 +302,15 @@ void ComputeCp(SiteResult& r) {
         const double theta = q.Theta.value_or(0.0);
         CpWindRecord& rec = d.rec;
         switch (in.Form) {
-        case SiteRoofForm::Gabled:
-            store ? Get_Wind_Cp_Satteldach_Mdb(in.Norm, theta, alpha, rec) : Get_Wind_Cp_Satteldach(theta, alpha, rec);
-            break;
+        case SiteRoofForm::Gabled: WindCpGabled(route, in.Norm, theta, alpha, rec); break;
         case SiteRoofForm::Hipped:
             // One table for every direction; the built-in route serves it for
             // 0 < Theta <= 90 only, the store asks without a direction.
-            store ? Get_Wind_Cp_Walmdach_Mdb(in.Norm, 90.0, alpha, rec) : Get_Wind_Cp_Walmdach(90.0, alpha, rec);
+            WindCpHipped(route, in.Norm, 90.0, alpha, rec);
             break;
-        case SiteRoofForm::Pent:
-            store ? Get_Wind_Cp_Pultdach_Mdb(in.Norm, theta, alpha, rec) : Get_Wind_Cp_Pultdach(theta, alpha, rec);
-            break;
-        case SiteRoofForm::Flat:
-            store ? Get_Wind_Cp_Flachdach_Mdb(in.Norm, in.hpZuH, in.rZuH, in.AlphaTr, rec)
-                  : Get_Wind_Cp_Flachdach(in.hpZuH, in.rZuH, in.AlphaTr, rec);
-            break;
-        case SiteRoofForm::Wall:
-            store ? Get_Wind_Cp_Wand_Mdb(in.Norm, *in.HzuD, rec) : Get_Wind_Cp_Wand(*in.HzuD, rec);
-            break;
+        case SiteRoofForm::Pent: WindCpPent(route, in.Norm, theta, alpha, rec); break;
+        case SiteRoofForm::Flat: WindCpFlat(route, in.Norm, in.hpZuH, in.rZuH, in.AlphaTr, rec); break;
+        case SiteRoofForm::Wall: WindCpWall(route, in.Norm, *in.HzuD, rec); break;
         }
         if (NoCoefficients(rec)) {
             d.status = store ? SiteCpStatus::NoneForStandard : SiteCpStatus::OutsideTable;
@@ -403,7 +378,7 @@ void ApplyTown(SiteInput& in, std::string& townName) {
     auto remark = [](const std::string& b) { return Trim(b).empty() ? std::string() : " (" + Trim(b) + ")"; };
 
     if (!in.SnowZone) {
-        const CodeList zones = euro ? SnowZoneList(in.Norm, in.CtrlRegion.value_or(0)) : SnowZoneList2005();
+        const CodeList zones = ListsOfNorm(in.Norm, in.CtrlRegion.value_or(0)).snowZones;
         in.SnowZone = CodeOfText(zones, town.SZ);
         if (!in.SnowZone)
             Bad("snow-zone", "the town database holds no snow load zone for " + who + remark(town.BemS) +
@@ -411,7 +386,7 @@ void ApplyTown(SiteInput& in, std::string& townName) {
     }
     if (!euro) {
         if (!in.WindZone) {
-            in.WindZone = CodeOfText(WindZoneList2005(), town.WZ);
+            in.WindZone = CodeOfText(ListsOfNorm(in.Norm).windZones, town.WZ);
             if (!in.WindZone)
                 Bad("wind-zone", "the town database holds no wind zone for " + who + remark(town.BemW) +
                                      "; please give it with --wind-zone");

@@ -12,6 +12,7 @@
 #include <vector>
 
 #include "cp/CpWindRecord.h"
+#include "cp/WindCpRoutes.h"
 
 namespace qvrl {
 
@@ -91,7 +92,7 @@ struct SiteCpDirection {
     std::vector<SiteCpZone> zones;  // the zones of the form, in storage order
 };
 
-enum class SiteCpRoute : int16_t { BuiltIn, Store };
+using SiteCpRoute = CpRoute;
 
 struct SiteResult {
     SiteInput input;  // as resolved: town values and defaults filled in

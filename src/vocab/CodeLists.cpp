@@ -25,6 +25,28 @@ std::string LiveLoadNormText(int16_t code) {
     return {};
 }
 
+const std::vector<OtherNormCode>& OtherNormCodes() {
+    static const std::vector<OtherNormCode> rows = {
+        {31, "DIN 1055-4:2005 with five wind zones and the municipal tables"},
+        {78, "live load catalogue data, additional load not summed"},
+        {211, "live load catalogue data, additional load not summed"},
+        {213, "live load catalogue data, zone tables as Norm 3"},
+    };
+    return rows;
+}
+
+const std::vector<int16_t>& AnnexCodes() {
+    static const std::vector<int16_t> codes = {norm::DE, norm::AT, norm::IT, norm::UK, norm::EN};
+    return codes;
+}
+
+CodeList LiveLoadNormList() {
+    CodeList l;
+    l.Add(LiveLoadNormText(1), 1);
+    l.Add(LiveLoadNormText(3), 3);
+    return l;
+}
+
 bool IsCatalogueNorm(int16_t code) {
     switch (code) {
     case 1: case 3: case 213: case 211: case 78: case 54: case 51: case 50: case 53: case 52: return true;
@@ -216,6 +238,27 @@ std::string SnowRegionMapForm(int16_t CtrlRegion) {
     for (const RegionRow& r : kRegions)
         if (r.region == CtrlRegion) return r.map;
     return {};
+}
+
+NormLists ListsOfNorm(int16_t Norm, int16_t CtrlRegion) {
+    NormLists l;
+    switch (Norm) {
+    case norm::DIN1986_1975: l.snowZones = SnowZoneList1975(); break;
+    case norm::DIN2005:
+    case norm::DIN2005_T2963:
+        l.snowZones = SnowZoneList2005();
+        l.windZones = Norm == norm::DIN2005 ? WindZoneList2005() : WindZoneList2005_T2963();
+        l.categories = WindCategoryList2005();
+        break;
+    default:
+        if (!IsEurocodeNorm(Norm)) break;
+        l.snowZones = SnowZoneList(Norm, CtrlRegion);
+        if (Norm == norm::DE) l.windZones = WindZoneList2005();
+        l.categories = WindCategoryList_EN(Norm);
+        l.regions = SnowRegionList(Norm);
+        break;
+    }
+    return l;
 }
 
 }  // namespace qvrl

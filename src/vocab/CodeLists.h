@@ -46,8 +46,18 @@ struct NormRow {
     const char* text;
 };
 const std::vector<NormRow>& NormTable();
+// Codes with no row in NormTable, and what they stand for.
+struct OtherNormCode {
+    int16_t code;
+    const char* meaning;
+};
+const std::vector<OtherNormCode>& OtherNormCodes();
+// The national annexes (CtrlNA) in the order they are listed: 50, 51, 52, 53, 54.
+const std::vector<int16_t>& AnnexCodes();
 // Live load texts of the small codes; "" where none exists.
 std::string LiveLoadNormText(int16_t code);
+// The live load standards, 1 and 3, with those texts.
+CodeList LiveLoadNormList();
 bool IsCatalogueNorm(int16_t code);
 bool IsEurocodeNorm(int16_t code);
 
@@ -73,6 +83,21 @@ CodeList SnowRegionList(int16_t CtrlNA);
 ZoneList SnowZoneList(int16_t CtrlNA, int16_t CtrlRegion);
 // First match of the code in SnowZoneList; 0.0 when the list does not hold it.
 double SnowZoneFigure(int16_t CtrlNA, int16_t CtrlRegion, int16_t code);
+
+// What a site under a standard is described by: its snow zones (for the
+// Eurocode those of the region), wind zones, terrain categories and climate
+// regions. A list the standard does not have is empty: DIN 1055-4:1986 (Norm 1)
+// takes the wind load from the building height alone, so it has snow zones
+// of 1975 and nothing else; only the German annex (50) keeps the four wind
+// zones of DIN 1055-4:2005, which carry its basic values. Codes that name no
+// standard (213, 78, 211, the unknown) get four empty lists.
+struct NormLists {
+    CodeList snowZones;
+    CodeList windZones;
+    CodeList categories;
+    CodeList regions;
+};
+NormLists ListsOfNorm(int16_t Norm, int16_t CtrlRegion = 0);
 
 // Map form of each climate region (empty for an unknown region).
 std::string SnowRegionMapForm(int16_t CtrlRegion);

@@ -2,6 +2,7 @@
  * program ends with "N passed, N failed" and fails when any check did. */
 
 #include <math.h>
+#include <stdlib.h>
 #include <stdio.h>
 #include <string.h>
 
@@ -353,6 +354,44 @@ static void test_discovery(void) {
     CHECK(strcmp(QVRL_TYPELIB_DOC, "Q+V Dach- und Verkehrslasten") == 0);
 }
 
+static void write_text(const char* path, const char* text) {
+    FILE* f = fopen(path, "wb");
+    CHECK(f != NULL);
+    if (!f) return;
+    fputs(text, f);
+    fclose(f);
+}
+
+/* The importers load the user's own copy when no database is named; bad
+ * input is error 5 naming its faults, and no report comes back. */
+static void test_imports(void) {
+    const char* appdata = getenv("APPDATA");
+    char bad[1024], good[1024];
+    qvrl_value report;
+    CHECK(appdata != NULL);
+    if (!appdata) return;
+    snprintf(bad, sizeof bad, "%s/zones_bad.csv", appdata);
+    snprintf(good, sizeof good, "%s/gemliste.csv", appdata);
+    write_text(bad, "AGS;WZ\n0533;3\n");
+    write_text(good,
+               "Gemeindekennziffer;Gemeindename;Gemeindecode;Status;PLZ des Gem.Amtes;weitere Postleitzahlen\n"
+               "10101;Eisenstadt;10101;SR;7000;\n");
+
+    CHECK(qvrl_import_zones(bad, NULL, 50, &report) == QVRL_STATUS_OF(5));
+    CHECK(report.type == QVRL_EMPTY);
+    CHECK(strstr(qvrl_last_error_description(), "zones_bad.csv:2: key '0533'") != NULL);
+    CHECK(qvrl_import_zones(good, "", 52, &report) == QVRL_STATUS_OF(5));
+    CHECK(qvrl_import_gv100ad(NULL, NULL, &report) == QVRL_STATUS_OF(5));
+    CHECK(qvrl_import_uk_figures(bad, NULL, NULL) == QVRL_STATUS_OF(5));
+    CHECK(strstr(qvrl_last_error_description(), "no such folder") != NULL);
+
+    CHECK(qvrl_import_at_municipalities(good, NULL, &report) == QVRL_OK);
+    CHECK(report.type == QVRL_STRING && report.owned == 1);
+    if (report.type == QVRL_STRING)
+        CHECK(strstr(report.u.str.data, "  qvrl.mdb slzwlz1 (Land_ID 51): ") != NULL);
+    qvrl_value_clear(&report);
+}
+
 int main(void) {
     qvrl_handle ws = new_object("cwindsnow");
     test_results(ws);
@@ -364,6 +403,7 @@ int main(void) {
     test_properties(ws);
     test_discovery();
     test_roof_load();
+    test_imports();
     CHECK(qvrl_release(ws) == QVRL_OK);
     printf("%d passed, %d failed\n", passed, failed);
     return failed == 0 ? 0 : 1;

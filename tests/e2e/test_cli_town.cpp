@@ -2,11 +2,13 @@
 #include <gtest/gtest.h>
 
 #include <nlohmann/json.hpp>
+#include <filesystem>
 #include <string>
 
 #include "e2e/CliRunner.h"
 #include "location/modAGSMdb.h"
 #include "location/test_modAGSMdb_fixture.h"
+#include "support/modLowLevel.h"
 
 using namespace qvrl;
 
@@ -119,6 +121,37 @@ TEST_F(CliTown, ListsByFilters) {
     r = test::RunCli("towns --state 16");
     EXPECT_EQ(r.status, 0);
     EXPECT_NE(r.out.find("0 municipalities\n"), std::string::npos) << r.out;
+}
+
+// --db points town, towns and site at another qvrl.mdb; without it they read
+// the one of the program folder, here left without towns.
+TEST_F(CliTown, ADbFileIsTheOneLookedIn) {
+    namespace fs = std::filesystem;
+    const std::string other = (test::FreshFolder("other") / "towns.mdb").string();
+    fs::rename(program_ / "qvrl.mdb", other);
+    unsetenv("QVRL_PROGRAM_FOLDER");
+    fs::copy_file(ProgramFolder() + "/qvrl.mdb", program_ / "qvrl.mdb");  // the shipped one, without towns
+    setenv("QVRL_PROGRAM_FOLDER", program_.c_str(), 1);
+    const std::string db = " --db '" + other + "'";
+
+    EXPECT_EQ(test::RunCli("town 09162000").status, 1);
+    auto r = test::RunCli("town 09162000 --json" + db);
+    ASSERT_EQ(r.status, 0) << r.out;
+    EXPECT_EQ(nlohmann::json::parse(r.out)["Gemeinde"], "München");
+    r = test::RunCli("towns --plz 82008 --json" + db);
+    ASSERT_EQ(r.status, 0) << r.out;
+    EXPECT_EQ(nlohmann::json::parse(r.out)[0]["AGS"], "09184148");
+    const std::string site = "site --norm 3 --town 09162000 --category 2 --altitude 500 --height 10 --roof flat --json";
+    EXPECT_EQ(test::RunCli(site).status, 2);
+    r = test::RunCli(site + db);
+    ASSERT_EQ(r.status, 0) << r.out;
+    EXPECT_EQ(nlohmann::json::parse(r.out)["site"]["town"], "München");
+
+    for (const char* cmd : {"town 09162000", "towns", "site --norm 3"}) {
+        r = test::RunCli(std::string(cmd) + " --db '" + other + ".absent'", true);
+        EXPECT_EQ(r.status, 2) << cmd;
+        EXPECT_NE(r.out.find("--db: " + other + ".absent: no such database"), std::string::npos) << r.out;
+    }
 }
 
 }  // namespace

@@ -65,6 +65,12 @@ TEST(NormTable, CodesAndTextsInOrder) {
     EXPECT_STREQ(t[4].text, "ÖNorm B 1991-1-3:2006, ÖNorm B 1991-1-4:2009");
     EXPECT_EQ(LiveLoadNormText(3), "DIN 1055-3:2006-03");
     EXPECT_EQ(LiveLoadNormText(31), "");
+    EXPECT_EQ(Codes(LiveLoadNormList()), (std::vector<int16_t>{1, 3}));
+    // The further codes have no row of their own; the annexes are the Eurocode codes.
+    for (const OtherNormCode& c : OtherNormCodes())
+        for (const NormRow& r : t) EXPECT_NE(r.code, c.code);
+    EXPECT_EQ(OtherNormCodes().size(), 4u);
+    EXPECT_EQ(AnnexCodes(), (std::vector<int16_t>{50, 51, 52, 53, 54}));
 }
 
 TEST(NormTable, CatalogueAndEurocodeSets) {
@@ -115,6 +121,40 @@ TEST_F(LanguageLists, RegionsInTextNumberOrder) {
     EXPECT_EQ(SnowRegionList(50).Count(), 12);
     EXPECT_EQ(SnowRegionMapForm(11), "frmEN_SZ_czech");
     EXPECT_EQ(SnowRegionMapForm(13), "");
+}
+
+// Which lists describe a site under each standard. Norm 1 has the snow zones
+// of 1975 and no wind zones or categories: its wind load depends on the
+// building height alone.
+TEST_F(LanguageLists, ListsOfEachNorm) {
+    using V = std::vector<int16_t>;
+    const V cat2005{1, 5, 2, 6, 3, 4}, catEN{0, 1, 2, 3, 4}, wz4{1, 2, 3, 4};
+    const V regions{1, 2, 3, 4, 5, 6, 7, 8, 9, 11, 10, 12};
+    struct Case {
+        int16_t Norm, CtrlRegion;
+        V snow, wind, cats, regions;
+    } cases[] = {
+        {1, 0, {1, 2, 3, 4}, {}, {}, {}},
+        {3, 0, {1, 11, 2, 21, 3}, wz4, cat2005, {}},
+        {31, 0, {1, 11, 2, 21, 3}, {1, 2, 3, 4, 5}, cat2005, {}},
+        {50, 3, {1, 2, 4}, wz4, catEN, regions},
+        {51, 3, {101, 102, 103, 104}, {}, {2, 3, 4}, {}},
+        {52, 9, {11, 12, 13, 14, 15}, {}, catEN, regions},
+        {53, 0, {101, 102, 103, 104, 105, 106}, {}, catEN, {}},
+        {54, 11, {21, 22, 23, 24, 25}, {}, catEN, regions},
+        {213, 0, {}, {}, {}, {}},
+        {0, 0, {}, {}, {}, {}},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.Norm);
+        const NormLists l = ListsOfNorm(c.Norm, c.CtrlRegion);
+        EXPECT_EQ(Codes(l.snowZones), c.snow);
+        EXPECT_EQ(Codes(l.windZones), c.wind);
+        EXPECT_EQ(Codes(l.categories), c.cats);
+        EXPECT_EQ(Codes(l.regions), c.regions);
+    }
+    EXPECT_EQ(Names(ListsOfNorm(1).snowZones)[3], "IV");
+    EXPECT_EQ(ListsOfNorm(54).snowZones.Count(), 25);  // region 0 lists every zone
 }
 
 TEST(SnowZoneList, RowsByRegion) {
