@@ -1,15 +1,13 @@
 #pragma once
-// What the snow and the wind zone lists share: the file each opens for its
-// norm, and how their lists treat blank names and bad values.
+// How the snow and the wind zone modules open their files and fill their
+// state lists.
 
 #include <cstdint>
 #include <memory>
-#include <string>
 #include <vector>
 
-#include "location/modSLZMdb.h"
+#include "location/ZoneRecords.h"
 #include "support/errors.h"
-#include "support/vb.h"
 
 namespace qvrl {
 
@@ -28,14 +26,6 @@ bool Open(int16_t& norm, std::shared_ptr<Database>& db, const char* plain, const
 // The 16 states in a list's own numbering: the snow list's (wind false) or
 // the wind list's.
 void ReadStates(std::vector<ZoneStateRec>& list, bool wind);
-
-// A blank name in a list is "alle" when it is the only entry, else "restliche".
-template <class R, class Name>
-void NameBlanks(std::vector<R>& list, Name name) {
-    const size_t n = list.size() - 1;
-    for (size_t i = 1; i < list.size(); ++i)
-        if (Trim(name(list[i])).empty()) name(list[i]) = n == 1 ? "alle" : "restliche";
-}
 
 // Town lists go on past a bad value: the field stays blank.
 template <class F>

@@ -5,6 +5,7 @@
 #include <cstdio>
 #include <iterator>
 
+#include "location/TownLists.h"
 #include "store/StoreText.h"
 #include "store/StoreFiles.h"
 #include "store/modDAO.h"
@@ -32,21 +33,13 @@ constexpr StateCode kStates[] = {
     {14, "SN", 366}, {15, "ST", 372}, {1, "SH", 368},  {16, "TH", 370},
 };
 
-bool ValidKey(const std::string& AGS) { return IsNumeric(AGS) && Val(AGS) > 0; }
-
-std::string Quoted(const std::string& s) { return "'" + s + "'"; }
+using townlists::NameBlanks;
+using townlists::Quoted;
+using townlists::ValidKey;
 
 std::string StateClause(int32_t BL_ID) { return " BL_ID = " + Quoted(Format(BL_ID, "00")); }
 std::string RegionClause(int32_t Reg_ID) { return " Reg_ID = " + Quoted(Format(Reg_ID, "0")); }
 std::string CountyClause(int32_t LK_ID) { return " LK_ID = " + Quoted(Format(LK_ID, "00")); }
-
-// Blank names after the walk: "alle" for a list of one, else "restliche".
-template <class R>
-void NameBlanks(std::vector<R>& list, std::string R::*name) {
-    const size_t n = list.size() - 1;
-    for (size_t i = 1; i < list.size(); ++i)
-        if (Trim(list[i].*name).empty()) list[i].*name = n == 1 ? "alle" : "restliche";
-}
 
 // The columns a town row is read from, in the order of Values.
 constexpr const char* kRowColumns[] = {"BL_Name", "BL_ID",    "Reg_Name", "Reg_ID", "LK_Name", "LK_ID",
@@ -193,14 +186,8 @@ void ReadStates(std::vector<StateRec>& list) {
 }
 
 void FindState(int32_t BL_ID, StateRec& rec) {
-    rec = StateRec{};
-    std::vector<StateRec> list;
-    ReadStates(list);
-    for (size_t i = 1; i < list.size(); ++i)
-        if (list[i].BL_ID == BL_ID) {
-            rec = list[i];
-            return;
-        }
+    townlists::FindIn(rec, [](std::vector<StateRec>& list) { ReadStates(list); },
+                      [&](const StateRec& r) { return r.BL_ID == BL_ID; });
 }
 
 std::string GetStateShort(int32_t BL_ID) {
@@ -222,31 +209,20 @@ void ReadRegions(const StateRec& State, std::vector<RegionRec>& list) {
     Field& fReg_Name = rs->Fields("Reg_Name");
     Field& fReg_ID = rs->Fields("Reg_ID");
     Field& fID = rs->Fields("ID");
-    for (; !rs->EOF_(); rs->MoveNext()) {
-        const std::string name = NzText(fReg_Name);
-        // Compared with the blank element 0 first: leading blank names add nothing.
-        if (Trim(name) == Trim(list.back().Reg_Name)) continue;
-        RegionRec r;
+    // Compared with the blank element 0 first: leading blank names add nothing.
+    townlists::AddDistinct(*rs, fReg_Name, &RegionRec::Reg_Name, list, [&](RegionRec& r) {
         r.BL_Name = NzText(fBL_Name);
         r.BL_ID = CLng(fBL_ID.Value());
         r.BL_ShortName = GetStateShort(r.BL_ID);
-        r.Reg_Name = name;
         r.Reg_ID = CLng(fReg_ID.Value());
         r.ID = CLng(fID.Value());
-        list.push_back(std::move(r));
-    }
+    });
     NameBlanks(list, &RegionRec::Reg_Name);
 }
 
 void FindRegion(const StateRec& State, int32_t BL_ID, int32_t Reg_ID, RegionRec& rec) {
-    rec = RegionRec{};
-    std::vector<RegionRec> list;
-    ReadRegions(State, list);
-    for (size_t i = 1; i < list.size(); ++i)
-        if (list[i].BL_ID == BL_ID && list[i].Reg_ID == Reg_ID) {
-            rec = list[i];
-            return;
-        }
+    townlists::FindIn(rec, [&](std::vector<RegionRec>& list) { ReadRegions(State, list); },
+                      [&](const RegionRec& r) { return r.BL_ID == BL_ID && r.Reg_ID == Reg_ID; });
 }
 
 void ReadCounties(const StateRec& State, const RegionRec& Region, std::vector<CountyRec>& list) {
@@ -269,33 +245,22 @@ void ReadCounties(const StateRec& State, const RegionRec& Region, std::vector<Co
     Field& fLK_Name = rs->Fields("LK_Name");
     Field& fLK_ID = rs->Fields("LK_ID");
     Field& fID = rs->Fields("ID");
-    for (; !rs->EOF_(); rs->MoveNext()) {
-        const std::string name = NzText(fLK_Name);
-        if (Trim(name) == Trim(list.back().LK_Name)) continue;
-        CountyRec r;
+    townlists::AddDistinct(*rs, fLK_Name, &CountyRec::LK_Name, list, [&](CountyRec& r) {
         r.BL_Name = NzText(fBL_Name);
         r.BL_ID = CLng(fBL_ID.Value());
         r.BL_ShortName = GetStateShort(r.BL_ID);
         r.Reg_Name = NzText(fReg_Name);
         r.Reg_ID = CLng(fReg_ID.Value());
-        r.LK_Name = name;
         r.LK_ID = CLng(fLK_ID.Value());
         r.ID = CLng(fID.Value());
-        list.push_back(std::move(r));
-    }
+    });
     NameBlanks(list, &CountyRec::LK_Name);
 }
 
 void FindCounty(const StateRec& State, const RegionRec& Region, int32_t BL_ID, int32_t Reg_ID, int32_t LK_ID,
                 CountyRec& rec) {
-    rec = CountyRec{};
-    std::vector<CountyRec> list;
-    ReadCounties(State, Region, list);
-    for (size_t i = 1; i < list.size(); ++i)
-        if (list[i].BL_ID == BL_ID && list[i].Reg_ID == Reg_ID && list[i].LK_ID == LK_ID) {
-            rec = list[i];
-            return;
-        }
+    townlists::FindIn(rec, [&](std::vector<CountyRec>& list) { ReadCounties(State, Region, list); },
+                      [&](const CountyRec& r) { return r.BL_ID == BL_ID && r.Reg_ID == Reg_ID && r.LK_ID == LK_ID; });
 }
 
 void ReadGemFromAGS(const StateRec& State, const RegionRec& Region, const CountyRec& County,
@@ -313,8 +278,7 @@ void ReadGemFromAGS(const StateRec& State, const RegionRec& Region, const County
     }
     const bool hasUserRows = user && user->Any();
 
-    std::string plz = PLZ;
-    std::string plzClause = IsNumeric(plz) && Val(plz) > 0 ? "PLZ like " + Quoted(plz + "*") : "";
+    const std::string plzClause = IsNumeric(PLZ) && Val(PLZ) > 0 ? "PLZ like " + Quoted(PLZ + "*") : "";
     const std::string nameClause = Name.empty() ? "" : "Gemeinde like " + Quoted(Name + "*");
     std::string stateClause, regionClause, countyClause;
     if (County.LK_ID >= 1) {
@@ -329,27 +293,15 @@ void ReadGemFromAGS(const StateRec& State, const RegionRec& Region, const County
     }
 
     std::string sql;
-    std::unique_ptr<Recordset> rs;
-    for (;;) {
-        std::string cond;
-        for (const std::string& c : {stateClause, regionClause, countyClause, plzClause, nameClause}) {
-            if (c.empty()) continue;
-            if (!cond.empty()) cond += " AND ";
-            cond += c;
-        }
-        if (ValidKey(AGS)) cond = " AGS = " + Quoted(AGS);
-        if (!cond.empty()) cond = "WHERE " + cond;
-        sql = "SELECT * FROM slzwlz " + cond + " ORDER BY Gemeinde";
-        rs = st.AGSDb->OpenRecordset(sql, dao::dbOpenSnapshot);
-        if (rs->EOF_() && !plz.empty()) {
-            // Nothing under this postcode: try the wider area of one digit less.
-            plz.pop_back();
-            plzClause = "PLZ like " + Quoted(plz + "*");
-            if (plz.empty()) break;
-            continue;
-        }
-        break;
-    }
+    auto rs = townlists::OpenWidening(
+        *st.AGSDb, PLZ, plzClause,
+        [&](const std::string& plz) {
+            std::string cond = townlists::Join({stateClause, regionClause, countyClause, plz, nameClause});
+            if (ValidKey(AGS)) cond = " AGS = " + Quoted(AGS);
+            if (!cond.empty()) cond = "WHERE " + cond;
+            return "SELECT * FROM slzwlz " + cond + " ORDER BY Gemeinde";
+        },
+        [](const std::string& plz) { return "PLZ like " + Quoted(plz + "*"); }, sql);
     if (rs->EOF_()) return;
 
     rs->MoveLast();

@@ -2,6 +2,7 @@
 
 #include <cmath>
 
+#include "location/TownLists.h"
 #include "location/modAGSMdb.h"
 #include "store/StoreFiles.h"
 #include "store/modDAO.h"
@@ -15,26 +16,12 @@ namespace qvrl {
 
 namespace {
 
-bool ValidKey(const std::string& AGS) { return IsNumeric(AGS) && Val(AGS) > 0; }
-std::string Quoted(const std::string& s) { return "'" + s + "'"; }
+using townlists::Join;
+using townlists::NameBlanks;
+using townlists::Quoted;
+using townlists::ValidKey;
+
 int32_t Long(const Field& f) { return CLng(NzNumber(f)); }
-
-std::string Join(std::initializer_list<std::string> clauses) {
-    std::string cond;
-    for (const std::string& c : clauses) {
-        if (c.empty()) continue;
-        if (!cond.empty()) cond += " AND ";
-        cond += c;
-    }
-    return cond;
-}
-
-template <class R>
-void NameBlanks(std::vector<R>& list, std::string R::*name) {
-    const size_t n = list.size() - 1;
-    for (size_t i = 1; i < list.size(); ++i)
-        if (Trim(list[i].*name).empty()) list[i].*name = n == 1 ? "alle" : "restliche";
-}
 
 // The condition of a key: the key beats every other filter, and stays inside
 // its country when one is given.
@@ -131,30 +118,19 @@ void ReadStatesEN(const LandRec& Land, std::vector<StateRecEN>& list) {
     auto rs = State().AGSDbEN->OpenRecordset(
         "SELECT * FROM slzwlz1 WHERE" + LandClause(Land.Land_ID) + " ORDER BY BL_ID", dao::dbOpenSnapshot);
     const RowFieldsEN f(*rs);
-    for (; !rs->EOF_(); rs->MoveNext()) {
-        const std::string name = NzText(f.BL_Name);
-        if (Trim(name) == Trim(list.back().BL_Name)) continue;
-        StateRecEN r;
+    townlists::AddDistinct(*rs, f.BL_Name, &StateRecEN::BL_Name, list, [&](StateRecEN& r) {
         r.Land = NzText(f.Land);
         r.Land_ID = Long(f.Land_ID);
         r.Land_ShortName = NzText(f.Land_ShortName);
-        r.BL_Name = name;
         r.BL_ID = Long(f.BL_ID);
         r.BL_ShortName = NzText(f.BL_ShortName);
         r.ID = Long(f.ID);
-        list.push_back(std::move(r));
-    }
+    });
 }
 
 void FindStateEN(const LandRec& Land, int32_t BL_ID, StateRecEN& rec) {
-    rec = StateRecEN{};
-    std::vector<StateRecEN> list;
-    ReadStatesEN(Land, list);
-    for (size_t i = 1; i < list.size(); ++i)
-        if (list[i].BL_ID == BL_ID) {
-            rec = list[i];
-            return;
-        }
+    townlists::FindIn(rec, [&](std::vector<StateRecEN>& list) { ReadStatesEN(Land, list); },
+                      [&](const StateRecEN& r) { return r.BL_ID == BL_ID; });
 }
 
 void ReadRegionsEN(const LandRec& Land, const StateRecEN& State, std::vector<RegionRecEN>& list) {
@@ -170,33 +146,22 @@ void ReadRegionsEN(const LandRec& Land, const StateRecEN& State, std::vector<Reg
     auto rs = qvrl::State().AGSDbEN->OpenRecordset("SELECT * FROM slzwlz1 WHERE" + cond + " ORDER BY Reg_Name",
                                                    dao::dbOpenSnapshot);
     const RowFieldsEN f(*rs);
-    for (; !rs->EOF_(); rs->MoveNext()) {
-        const std::string name = NzText(f.Reg_Name);
-        if (Trim(name) == Trim(list.back().Reg_Name)) continue;
-        RegionRecEN r;
+    townlists::AddDistinct(*rs, f.Reg_Name, &RegionRecEN::Reg_Name, list, [&](RegionRecEN& r) {
         r.Land = NzText(f.Land);
         r.Land_ID = Long(f.Land_ID);
         r.Land_ShortName = NzText(f.Land_ShortName);
         r.BL_Name = NzText(f.BL_Name);
         r.BL_ID = Long(f.BL_ID);
         r.BL_ShortName = NzText(f.BL_ShortName);
-        r.Reg_Name = name;
         r.Reg_ID = Long(f.Reg_ID);
         r.ID = Long(f.ID);
-        list.push_back(std::move(r));
-    }
+    });
     NameBlanks(list, &RegionRecEN::Reg_Name);
 }
 
 void FindRegionEN(const LandRec& Land, const StateRecEN& State, int32_t BL_ID, int32_t Reg_ID, RegionRecEN& rec) {
-    rec = RegionRecEN{};
-    std::vector<RegionRecEN> list;
-    ReadRegionsEN(Land, State, list);
-    for (size_t i = 1; i < list.size(); ++i)
-        if (list[i].BL_ID == BL_ID && list[i].Reg_ID == Reg_ID) {
-            rec = list[i];
-            return;
-        }
+    townlists::FindIn(rec, [&](std::vector<RegionRecEN>& list) { ReadRegionsEN(Land, State, list); },
+                      [&](const RegionRecEN& r) { return r.BL_ID == BL_ID && r.Reg_ID == Reg_ID; });
 }
 
 void ReadCountiesEN(const LandRec& Land, const StateRecEN& State, const RegionRecEN& Region,
@@ -215,10 +180,7 @@ void ReadCountiesEN(const LandRec& Land, const StateRecEN& State, const RegionRe
                                          : "SELECT * FROM slzwlz1 WHERE" + cond + " ORDER BY LK_Name";
     auto rs = qvrl::State().AGSDbEN->OpenRecordset(sql, dao::dbOpenSnapshot);
     const RowFieldsEN f(*rs);
-    for (; !rs->EOF_(); rs->MoveNext()) {
-        const std::string name = NzText(f.LK_Name);
-        if (Trim(name) == Trim(list.back().LK_Name)) continue;
-        CountyRecEN r;
+    townlists::AddDistinct(*rs, f.LK_Name, &CountyRecEN::LK_Name, list, [&](CountyRecEN& r) {
         r.Land = NzText(f.Land);
         r.Land_ID = Long(f.Land_ID);
         r.Land_ShortName = NzText(f.Land_ShortName);
@@ -227,24 +189,16 @@ void ReadCountiesEN(const LandRec& Land, const StateRecEN& State, const RegionRe
         r.BL_ShortName = NzText(f.BL_ShortName);
         r.Reg_Name = NzText(f.Reg_Name);
         r.Reg_ID = Long(f.Reg_ID);
-        r.LK_Name = name;
         r.LK_ID = Long(f.LK_ID);
         r.ID = Long(f.ID);
-        list.push_back(std::move(r));
-    }
+    });
     NameBlanks(list, &CountyRecEN::LK_Name);
 }
 
 void FindCountyEN(const LandRec& Land, const StateRecEN& State, const RegionRecEN& Region, int32_t BL_ID,
                   int32_t Reg_ID, int32_t LK_ID, CountyRecEN& rec) {
-    rec = CountyRecEN{};
-    std::vector<CountyRecEN> list;
-    ReadCountiesEN(Land, State, Region, list);
-    for (size_t i = 1; i < list.size(); ++i)
-        if (list[i].BL_ID == BL_ID && list[i].Reg_ID == Reg_ID && list[i].LK_ID == LK_ID) {
-            rec = list[i];
-            return;
-        }
+    townlists::FindIn(rec, [&](std::vector<CountyRecEN>& list) { ReadCountiesEN(Land, State, Region, list); },
+                      [&](const CountyRecEN& r) { return r.BL_ID == BL_ID && r.Reg_ID == Reg_ID && r.LK_ID == LK_ID; });
 }
 
 void ReadGemFromAGSEN(const LandRec& Land, const StateRecEN& State, const RegionRecEN& Region,
@@ -261,8 +215,7 @@ void ReadGemFromAGSEN(const LandRec& Land, const StateRecEN& State, const Region
         hasUserRows = !st.AGSUsrDbEN->OpenRecordset("SELECT * FROM slzwlz1", dao::dbOpenSnapshot)->EOF_();
     }
 
-    std::string plz = PLZ;
-    std::string plzClause = IsNumeric(plz) && Val(plz) > 0 ? PlzClause(plz) : "";
+    const std::string plzClause = IsNumeric(PLZ) && Val(PLZ) > 0 ? PlzClause(PLZ) : "";
     const std::string nameClause = Name.empty() ? "" : "Gemeinde like " + Quoted(Name + "*");
     std::string landClause, stateClause, regionClause, countyClause;
     if (County.LK_ID >= 1) {
@@ -281,20 +234,16 @@ void ReadGemFromAGSEN(const LandRec& Land, const StateRecEN& State, const Region
         landClause = LandClause(Land.Land_ID);
     }
 
-    std::unique_ptr<Recordset> rs;
-    for (;;) {
-        std::string cond = Join({landClause, stateClause, regionClause, countyClause, plzClause, nameClause});
-        if (ValidKey(AGS)) cond = KeyCondition(LandKey, AGS);
-        if (!cond.empty()) cond = "WHERE " + cond;
-        rs = st.AGSDbEN->OpenRecordset("SELECT * FROM slzwlz1 " + cond + " ORDER BY Gemeinde", dao::dbOpenSnapshot);
-        if (rs->EOF_() && !plz.empty()) {
-            plz.pop_back();
-            plzClause = "PLZ like " + Quoted(Trim(plz) + "*");
-            if (plz.empty()) break;
-            continue;
-        }
-        break;
-    }
+    std::string sql;
+    auto rs = townlists::OpenWidening(
+        *st.AGSDbEN, PLZ, plzClause,
+        [&](const std::string& plz) {
+            std::string cond = Join({landClause, stateClause, regionClause, countyClause, plz, nameClause});
+            if (ValidKey(AGS)) cond = KeyCondition(LandKey, AGS);
+            if (!cond.empty()) cond = "WHERE " + cond;
+            return "SELECT * FROM slzwlz1 " + cond + " ORDER BY Gemeinde";
+        },
+        [](const std::string& plz) { return "PLZ like " + Quoted(Trim(plz) + "*"); }, sql);
     if (rs->EOF_()) return;
 
     // Filled aside, so that an error half-way leaves the caller's list empty.

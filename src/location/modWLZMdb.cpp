@@ -1,11 +1,9 @@
 #include "location/modWLZMdb.h"
 
+#include "location/TownLists.h"
 #include "location/ZoneTables.h"
-
-#include "support/CLocLite.h"
 #include "support/ModuleState.h"
 #include "support/errors.h"
-#include "support/modLowLevel.h"
 #include "support/vb.h"
 
 namespace qvrl {
@@ -16,7 +14,7 @@ std::string Number(int16_t n) { return Trim(CStr(Variant(n))); }
 
 }  // namespace
 
-using zonetables::NameBlanks;
+using townlists::NameBlanks;
 using zonetables::Skip;
 
 void SetWlzNorm(int16_t Norm) { zonetables::SetNorm(Norm, State().WlzNorm, State().WlzDb); }
@@ -35,19 +33,18 @@ void ReadWlzRegions(const ZoneStateRec& State, std::vector<WlzRegionRec>& list) 
     Field& fBezirk = rs->Fields("Bezirk");
     Field& fBezID = rs->Fields("BezID");
     Field& fID = rs->Fields("ID");
-    for (; !rs->EOF_(); rs->MoveNext()) {
-        const std::string name = NzText(fBezirk);
-        if (list.size() > 1 && Trim(name) == Trim(list.back().Bezirk)) continue;
-        WlzRegionRec r;
-        r.Name = State.Name;
-        r.Number = State.Number;
-        r.Code = State.Code;
-        r.Bezirk = name;
-        r.BezID = CInt(fBezID.Value());
-        r.ID = CLng(fID.Value());
-        list.push_back(std::move(r));
-    }
-    NameBlanks(list, [](WlzRegionRec& r) -> std::string& { return r.Bezirk; });
+    // Unlike the snow list, the first row always adds, blank name or not.
+    townlists::AddDistinct(
+        *rs, fBezirk, &WlzRegionRec::Bezirk, list,
+        [&](WlzRegionRec& r) {
+            r.Name = State.Name;
+            r.Number = State.Number;
+            r.Code = State.Code;
+            r.BezID = CInt(fBezID.Value());
+            r.ID = CLng(fID.Value());
+        },
+        true);
+    NameBlanks(list, &WlzRegionRec::Bezirk);
 }
 
 void ReadWlzCounties(const ZoneStateRec& State, const WlzRegionRec& Region, std::vector<WlzCountyRec>& list) {
@@ -66,27 +63,25 @@ void ReadWlzCounties(const ZoneStateRec& State, const WlzRegionRec& Region, std:
     Field& fKreis = rs->Fields("Kreis");
     Field& fKreisID = rs->Fields("KreisID");
     Field& fID = rs->Fields("ID");
-    for (; !rs->EOF_(); rs->MoveNext()) {
-        const std::string name = NzText(fKreis);
-        if (list.size() > 1 && Trim(name) == Trim(list.back().Kreis)) continue;
-        WlzCountyRec r;
-        if (byRegion) {
-            r.Name = Region.Name;
-            r.Number = Region.Number;
-            r.Code = Region.Code;
-        } else {
-            r.Name = State.Name;
-            r.Number = State.Number;
-            r.Code = State.Code;
-        }
-        r.Bezirk = NzText(fBezirk);
-        r.BezID = CInt(fBezID.Value());
-        r.Kreis = name;
-        r.KreisID = CInt(fKreisID.Value());
-        r.ID = CLng(fID.Value());
-        list.push_back(std::move(r));
-    }
-    NameBlanks(list, [](WlzCountyRec& r) -> std::string& { return r.Kreis; });
+    townlists::AddDistinct(
+        *rs, fKreis, &WlzCountyRec::Kreis, list,
+        [&](WlzCountyRec& r) {
+            if (byRegion) {
+                r.Name = Region.Name;
+                r.Number = Region.Number;
+                r.Code = Region.Code;
+            } else {
+                r.Name = State.Name;
+                r.Number = State.Number;
+                r.Code = State.Code;
+            }
+            r.Bezirk = NzText(fBezirk);
+            r.BezID = CInt(fBezID.Value());
+            r.KreisID = CInt(fKreisID.Value());
+            r.ID = CLng(fID.Value());
+        },
+        true);
+    NameBlanks(list, &WlzCountyRec::Kreis);
 }
 
 void ReadWlzTowns(const ZoneStateRec& State, const WlzRegionRec& Region, const WlzCountyRec& County,

@@ -7,7 +7,7 @@
 #include <string>
 #include <vector>
 
-#include "location/modSLZMdb.h"  // ZoneStateRec, the state code table
+#include "location/ZoneRecords.h"
 
 namespace qvrl {
 

@@ -514,4 +514,15 @@ std::string OrderSql(const Expr& e, const ColumnResolver& resolve, std::vector<j
     return ToSql(e, resolve, params);
 }
 
+std::string TextLiteral(std::string_view text) {
+    std::string r = "'";
+    r.reserve(text.size() + 2);
+    for (const char c : text) {
+        r += c;
+        if (c == '\'') r += '\'';
+    }
+    r += '\'';
+    return r;
+}
+
 }  // namespace qvrl::jet

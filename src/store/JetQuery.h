@@ -93,4 +93,8 @@ void CheckNesting(const std::string& sql);
 // A name in double quotes, as SQLite reads it.
 std::string QuoteName(std::string_view name);
 
+// A text as a literal of this language: in apostrophes, its own apostrophes
+// doubled, so that whatever a caller passes stays one text.
+std::string TextLiteral(std::string_view text);
+
 }  // namespace qvrl::jet

@@ -125,6 +125,13 @@ TEST(JetQuery, FilterTextsWithQuotesBreakTheStatementOrStayText) {
     // bound literals.
     const Sql narrowed = Translate(nameQuery("x' AND AGS like '"));
     EXPECT_EQ(narrowed.params, (P{S{"x"}, S{"*"}}));
+    // Built with TextLiteral, every one of them is one text again.
+    for (const std::string t : {"O'Brien", "x' OR '1'='1", "'", "''", "a''b'", "", "%?*", "x' AND AGS like '"}) {
+        SCOPED_TRACE(t);
+        const Sql s = Translate("SELECT * FROM slzwlz WHERE Gemeinde like " + jet::TextLiteral(t + "*") +
+                                " AND AGS = " + jet::TextLiteral(t));
+        EXPECT_EQ(s.params, (P{S{t + "*"}, S{t}}));
+    }
 }
 
 TEST(JetQuery, TextsOutsideTheLanguageAre3075) {
