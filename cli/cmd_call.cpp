@@ -310,7 +310,8 @@ void AddCallCommand(CLI::App& app, Context& ctx) {
             ctx.exitCode = 0;
             return;
         }
-        if (o->target.empty()) throw CLI::ValidationError("call", "name a member as Class.Member, or use --jsonl or --list");
+        if (o->target.empty())
+            throw CLI::ValidationError("call", "name a member as Class.Member, or use --jsonl or --list");
         const Reply reply = Call(objects, o->target, [&] {
             std::vector<Variant> args;
             for (const auto& w : cmd->remaining()) args.push_back(FromWord(w, args.size() + 1));

@@ -319,7 +319,8 @@ void AddSiteCommand(CLI::App& app, Context& ctx) {
     add("h-d", o->hzud, "Walls: building height / depth");
     add("region", o->region, "Eurocode: climate region (CtrlRegion); needed for 54")->check(CLI::Range(-32768, 32767));
     add("qb", o->qb, "Eurocode: basic velocity pressure, kN/m²")->check(validate::BasicPressure());
-    add("vb", o->vb, "Eurocode: basic wind velocity, m/s (the UK annex works from it)")->check(validate::BasicVelocity());
+    add("vb", o->vb, "Eurocode: basic wind velocity, m/s (the UK annex works from it)")
+        ->check(validate::BasicVelocity());
     add("phi", o->phi, "Eurocode: upwind slope Φ (with --s)");
     add("s", o->s, "Eurocode: orographic location factor s (with --phi)");
     add("cdir", o->cdir, "Eurocode 50, 51, 52: direction factor (default 1)");

@@ -5,8 +5,8 @@
 namespace qvrl::cli::validate {
 
 CLI::Validator Between(double lo, double hi, const std::string& unit, bool lowOpen) {
-    const std::string range = (lowOpen ? "above " + DoubleToText(lo) + " and up to " : "between " + DoubleToText(lo) + " and ") +
-                              DoubleToText(hi) + " " + unit;
+    const std::string from = lowOpen ? "above " + DoubleToText(lo) + " and up to " : "between " + DoubleToText(lo) + " and ";
+    const std::string range = from + DoubleToText(hi) + " " + unit;
     return CLI::Validator(
         [lo, hi, lowOpen, range](std::string& text) -> std::string {
             double v = 0.0;

@@ -50,8 +50,8 @@ TEST_F(CliCall, OneCallPrintsItsResult) {
          R"({"error":{"number":450,"description":"CWindSnow.SnowMue1 takes 1 arguments, not 2"}})", 2},
         {"call CWindSnow.SnowMue1 '{\"a\":1}'",
          R"({"error":{"number":13,"description":"argument 1: an argument cannot be an object"}})", 2},
-        {"call CWindSnow. 1", R"({"error":{"number":5,"description":"the call must be Class.Member, not 'CWindSnow.'"}})",
-         2},
+        {"call CWindSnow. 1",
+         R"({"error":{"number":5,"description":"the call must be Class.Member, not 'CWindSnow.'"}})", 2},
         {"call \"$(printf 'CWindSnow.Snow\\377Mue1')\" 1",
          R"({"error":{"number":5,"description":"the call is not valid UTF-8 text"}})", 2},
     };
@@ -113,9 +113,8 @@ TEST_F(CliCall, WholeNumbersBeyondEveryBasicTypeAreOverflow) {
         const auto r = test::RunCli(std::string("call CWindSnow.StandardSnowLoad_DIN1055_7_2005 2 '") + n + "'");
         EXPECT_EQ(r.status, 2);
         EXPECT_EQ(json::parse(r.out)["error"]["number"], 6) << r.out;
-        const auto line = test::RunCli("call --jsonl", false,
-                                       std::string(R"({"call":"CWindSnow.StandardSnowLoad_DIN1055_7_2005","args":[2,)") +
-                                           n + "]}\n");
+        const std::string request = R"({"call":"CWindSnow.StandardSnowLoad_DIN1055_7_2005","args":[2,)";
+        const auto line = test::RunCli("call --jsonl", false, request + n + "]}\n");
         EXPECT_EQ(line.status, 0);
         EXPECT_EQ(json::parse(line.out)["error"]["number"], 6) << line.out;
     }
