@@ -12,8 +12,11 @@ build:
 	cmake --build $(BUILD) -j $(JOBS)
 
 # The main job: the loads of a sample site (DIN 1055, snow zone 2, wind
-# zone 2, 300 m, a 10 m building with a 35 degree gabled roof).
-run: build
+# zone 2, 300 m, a 10 m building with a 35 degree gabled roof). Builds only
+# the tool and its data, not the tests, benchmarks or the Python module.
+run:
+	cmake -S . -B $(BUILD) -G Ninja -DCMAKE_BUILD_TYPE=RelWithDebInfo
+	cmake --build $(BUILD) -j $(JOBS) --target qvroofload_cli qvrl_data
 	$(BUILD)/cli/qvroofload site --norm 3 --snow-zone 2 --wind-zone 2 --category 2 \
 	  --altitude 300 --height 10 --roof gabled --pitch 35
 
@@ -29,11 +32,11 @@ asan:
 	cmake --build build-asan -j $(JOBS)
 	ctest --test-dir build-asan --output-on-failure -j $(JOBS)
 
-# All fuzz targets together for about FUZZ_SECONDS seconds.
+# Every fuzz target for FUZZ_SECONDS seconds on its own.
 FUZZ_SECONDS ?= 60
 fuzz:
 	CC=clang CXX=clang++ cmake -S . -B build-fuzz -G Ninja -DCMAKE_BUILD_TYPE=RelWithDebInfo \
-	  -DQVRL_FUZZ=ON -DQVRL_SANITIZE=ON -DQVRL_TESTS=OFF -DQVRL_BENCH=OFF
+	  -DQVRL_FUZZ=ON -DQVRL_SANITIZE=ON -DQVRL_TESTS=OFF -DQVRL_BENCH=OFF -DQVRL_PYTHON=OFF
 	cmake --build build-fuzz -j $(JOBS)
 	bash scripts/run-fuzz build-fuzz/fuzz $(FUZZ_SECONDS)
 

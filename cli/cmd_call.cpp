@@ -1,10 +1,13 @@
+#include <functional>
 #include <iostream>
 #include <map>
 #include <nlohmann/json.hpp>
+#include <optional>
 #include <sstream>
 
 #include "automation/Dispatch.h"
 #include "commands.h"
+#include "interchange/TextFile.h"
 #include "support/errors.h"
 
 namespace qvrl::cli {
@@ -35,95 +38,222 @@ ordered_json ToJson(const Variant& v) {
     return nullptr;
 }
 
-Variant FromJson(const ordered_json& j) {
-    if (j.is_null()) return Variant();
-    if (j.is_boolean()) return Variant(j.get<bool>());
-    if (j.is_number_integer()) {
-        const auto i = j.get<int64_t>();
-        if (i >= INT32_MIN && i <= INT32_MAX) return Variant(static_cast<int32_t>(i));
-        return Variant(static_cast<double>(i));
+// Lists in one argument nest at most this deep, as the C API and the Python
+// module allow.
+constexpr size_t kMaxDepth = 32;
+
+// Builds tagged values straight from the parser's events, with a stack of its
+// own instead of recursion, so that no nesting can exhaust the call stack.
+// As a request reader it takes the one object {"call":…,"args":[…]}.
+class ValueReader {
+public:
+    explicit ValueReader(bool request) : request_(request) {}
+
+    // The error that stopped the reading, if any.
+    const std::optional<RuntimeError>& error() const { return error_; }
+    Variant& value() { return value_; }
+    std::optional<Variant>& call() { return call_; }
+    std::optional<Variant>& args() { return args_; }
+
+    bool null() { return Put(Variant()); }
+    bool boolean(bool b) { return Put(Variant(b)); }
+    bool number_integer(int64_t i) {
+        return Guarded([&] { return Put(VariantFromInteger(i)); });
     }
-    if (j.is_number()) return Variant(j.get<double>());
-    if (j.is_string()) return Variant(j.get<std::string>());
-    if (j.is_array()) {
+    bool number_unsigned(uint64_t u) {
+        return Guarded([&] { return Put(VariantFromInteger(u)); });
+    }
+    bool number_float(double d, const std::string& text) {
+        // A whole number beyond 64 bits arrives here as a double. (A number
+        // beyond the range of a double is no JSON to the parser.)
+        return Guarded([&] {
+            return Put(text.find_first_of(".eE") == std::string::npos ? VariantFromIntegerText(text) : Variant(d));
+        });
+    }
+    bool string(std::string& t) { return Put(Variant(std::move(t))); }
+    bool binary(nlohmann::json::binary_t&) { return Fail(err::TypeMismatch, "binary values are not arguments"); }
+    bool start_object(size_t) {
+        if (request_ && stack_.size() == 1)
+            return Fail(err::InvalidCall, stack_.back().key == "args" ? "\"args\" must be an array"
+                                                                      : "\"call\" must be a text");
+        if (!request_ || !stack_.empty() || seenTop_)
+            return Fail(err::TypeMismatch, "an argument cannot be an object");
+        stack_.push_back(Frame{true, {}, {}});
+        return true;
+    }
+    bool key(std::string& k) {
+        if (k != "call" && k != "args") return Fail(err::InvalidCall, "unknown key \"" + k + "\" (keys: call, args)");
+        stack_.back().key = k;
+        return true;
+    }
+    bool end_object() {
+        stack_.pop_back();
+        seenTop_ = true;
+        return true;
+    }
+    bool start_array(size_t) {
+        if (request_ && stack_.empty()) return Fail(err::InvalidCall, "not a JSON object");
+        stack_.push_back(Frame{false, {}, {}});
+        // In a request the object and the list of arguments come first.
+        const size_t depth = stack_.size() - (request_ ? 2 : 0);
+        if (depth > kMaxDepth)
+            return Fail(err::InvalidCall, "lists nested deeper than " + std::to_string(kMaxDepth) +
+                                              " levels in an argument; " + std::to_string(kMaxDepth) +
+                                              " is the limit");
+        return true;
+    }
+    bool end_array() {
+        Variant list(std::move(stack_.back().items));
+        stack_.pop_back();
+        return Put(std::move(list));
+    }
+    bool parse_error(size_t, const std::string&, const nlohmann::detail::exception&) {
+        return Fail(err::InvalidCall, "not JSON");
+    }
+
+private:
+    struct Frame {
+        bool object = false;
         std::vector<Variant> items;
-        for (const auto& e : j) items.push_back(FromJson(e));
-        return Variant(std::move(items));
+        std::string key;
+    };
+
+    bool Fail(int32_t number, const std::string& why) {
+        if (!error_) error_ = RuntimeError(number, why);
+        return false;
     }
-    Raise(err::TypeMismatch, {}, "an argument cannot be an object");
+    template <class F>
+    bool Guarded(F f) {
+        try {
+            return f();
+        } catch (const RuntimeError& e) {
+            if (!error_) error_ = e;
+            return false;
+        }
+    }
+    bool Put(Variant v) {
+        if (stack_.empty()) {
+            if (request_) return Fail(err::InvalidCall, "not a JSON object");
+            value_ = std::move(v);
+            return true;
+        }
+        Frame& f = stack_.back();
+        if (!f.object) {
+            f.items.push_back(std::move(v));
+            return true;
+        }
+        (f.key == "call" ? call_ : args_) = std::move(v);
+        return true;
+    }
+
+    bool request_;
+    bool seenTop_ = false;
+    std::vector<Frame> stack_;
+    Variant value_;
+    std::optional<Variant> call_, args_;
+    std::optional<RuntimeError> error_;
+};
+
+// Runs the reader over text that is known to be JSON; its error, if any, is
+// raised with the prefix given.
+void Read(ValueReader& r, const std::string& text, const std::string& prefix) {
+    nlohmann::json::sax_parse(text, &r);
+    if (r.error()) Raise(r.error()->number(), {}, prefix + r.error()->description());
 }
 
 // A command-line argument: JSON where it parses as JSON, else a text.
-Variant FromWord(const std::string& w) {
-    const auto j = ordered_json::parse(w, nullptr, false);
-    if (j.is_discarded()) return Variant(w);
-    return FromJson(j);
+Variant FromWord(const std::string& w, size_t position) {
+    if (!nlohmann::json::accept(w)) return Variant(w);
+    ValueReader r(false);
+    Read(r, w, "argument " + std::to_string(position) + ": ");
+    return std::move(r.value());
 }
 
 ordered_json ErrorJson(int32_t number, const std::string& description) {
     return {{"error", {{"number", number}, {"description", description}}}};
 }
 
+// Texts from a member or the user may hold bytes that are no UTF-8; they are
+// shown replaced rather than failing the whole answer.
+std::string Dump(const ordered_json& j) { return j.dump(-1, ' ', false, ordered_json::error_handler_t::replace); }
+
+// Exit status of an answer: what went wrong, if anything.
+enum Status { Ok = 0, MemberFailed = 1, BadRequest = 2 };
+
+struct Reply {
+    ordered_json json;
+    Status status = Ok;
+};
+
 // Objects live for the whole run, as a host would hold them.
 class Objects {
 public:
-    Dispatchable& Get(const std::string& className) {
+    Dispatchable* Get(const std::string& className) {
         auto it = objects_.find(UCase(className));
-        if (it != objects_.end()) return *it->second;
+        if (it != objects_.end()) return it->second.get();
         auto obj = CreateObjectByName(className);
-        if (!obj) Raise(err::ObjectNotSet, className, "unknown class '" + className + "'");
-        return *objects_.emplace(UCase(className), std::move(obj)).first->second;
+        if (!obj) return nullptr;
+        return objects_.emplace(UCase(className), std::move(obj)).first->second.get();
     }
 
 private:
     std::map<std::string, std::unique_ptr<Dispatchable>> objects_;
 };
 
-ordered_json Call(Objects& objects, const std::string& target, std::vector<Variant> args) {
+// Everything that can be wrong with the request itself is found before the
+// member runs and answered as bad input; what the member raises is its own.
+Reply Call(Objects& objects, const std::string& target, const std::function<std::vector<Variant>()>& readArgs) {
+    auto bad = [](int32_t number, const std::string& why) { return Reply{ErrorJson(number, why), BadRequest}; };
+    if (!IsValidUtf8(target)) return bad(err::InvalidCall, "the call is not valid UTF-8 text");
     const size_t dot = target.find('.');
     if (dot == std::string::npos || dot == 0 || dot + 1 == target.size())
-        Raise(err::InvalidCall, {}, "the call must be Class.Member, not '" + target + "'");
-    Dispatchable& obj = objects.Get(target.substr(0, dot));
-    const std::string member = target.substr(dot + 1);
-    const MemberInfo* info = nullptr;
-    for (const auto& m : obj.Members())
-        if (UCase(m.name) == UCase(member)) info = &m;
-    if (!info) Raise(err::NoSuchMember, {}, obj.ClassName() + " has no member '" + member + "'");
-
-    const Variant result = obj.Invoke(member, args);
+        return bad(err::InvalidCall, "the call must be Class.Member, not '" + target + "'");
+    const std::string className = target.substr(0, dot), member = target.substr(dot + 1);
+    Dispatchable* obj = nullptr;
+    std::vector<Variant> args;
+    try {
+        obj = objects.Get(className);
+        if (!obj) return bad(err::ObjectNotSet, "unknown class '" + className + "'");
+        args = readArgs();
+    } catch (const RuntimeError& e) {
+        return bad(e.number(), e.description());
+    }
+    const MemberInfo* info = obj->FindCallable(member);
+    if (!info) return bad(err::NoSuchMember, obj->ClassName() + " has no member '" + member + "'");
+    if (args.size() != info->params.size())
+        return bad(err::WrongArgumentCount, obj->ClassName() + "." + info->name + " takes " +
+                                                std::to_string(info->params.size()) + " arguments, not " +
+                                                std::to_string(args.size()));
+    Variant result;
+    try {
+        result = obj->Invoke(member, args);
+    } catch (const RuntimeError& e) {
+        return Reply{ErrorJson(e.number(), e.description()), MemberFailed};
+    }
     ordered_json out;
     out["result"] = ToJson(result);
     ordered_json byRef = ordered_json::object();
     for (size_t i = 0; i < info->params.size() && i < args.size(); ++i)
         if (info->params[i].byRef) byRef[info->params[i].name] = ToJson(args[i]);
     if (!byRef.empty()) out["out"] = byRef;
-    return out;
-}
-
-ordered_json Answer(Objects& objects, const std::string& target, std::vector<Variant> args) {
-    try {
-        return Call(objects, target, std::move(args));
-    } catch (const RuntimeError& e) {
-        return ErrorJson(e.number(), e.description());
-    }
+    return Reply{out, Ok};
 }
 
 ordered_json AnswerLine(Objects& objects, const std::string& line) {
-    const auto req = ordered_json::parse(line, nullptr, false);
-    if (req.is_discarded() || !req.is_object())
-        return ErrorJson(err::InvalidCall, "malformed request: not a JSON object");
-    if (!req.contains("call") || !req["call"].is_string())
-        return ErrorJson(err::InvalidCall, "malformed request: \"call\" must be a text such as \"CWindSnow.SnowMue1\"");
-    std::vector<Variant> args;
-    if (req.contains("args")) {
-        if (!req["args"].is_array()) return ErrorJson(err::InvalidCall, "malformed request: \"args\" must be an array");
-        try {
-            for (const auto& a : req["args"]) args.push_back(FromJson(a));
-        } catch (const RuntimeError& e) {
-            return ErrorJson(e.number(), "malformed request: " + e.description());
-        }
+    const std::string malformed = "malformed request: ";
+    if (!nlohmann::json::accept(line)) return ErrorJson(err::InvalidCall, malformed + "not a JSON object");
+    ValueReader r(true);
+    try {
+        Read(r, line, malformed);
+    } catch (const RuntimeError& e) {
+        return ErrorJson(e.number(), e.description());
     }
-    return Answer(objects, req["call"].get<std::string>(), std::move(args));
+    if (!r.call() || r.call()->type() != Variant::Type::String)
+        return ErrorJson(err::InvalidCall, malformed + "\"call\" must be a text such as \"CWindSnow.SnowMue1\"");
+    std::optional<Variant>& args = r.args();
+    if (args && args->type() != Variant::Type::Array)
+        return ErrorJson(err::InvalidCall, malformed + "\"args\" must be an array");
+    return Call(objects, r.call()->asString(), [&] { return args ? args->asArray() : std::vector<Variant>{}; }).json;
 }
 
 std::string Signature(const MemberInfo& m) {
@@ -174,18 +304,21 @@ void AddCallCommand(CLI::App& app, Context& ctx) {
             while (std::getline(std::cin, line)) {
                 if (!line.empty() && line.back() == '\r') line.pop_back();
                 if (line.find_first_not_of(" \t") == std::string::npos) continue;
-                std::cout << AnswerLine(objects, line).dump() << "\n";
+                std::cout << Dump(AnswerLine(objects, line)) << "\n";
             }
             std::cout.flush();
             ctx.exitCode = 0;
             return;
         }
-        if (o->target.empty()) throw CLI::ValidationError("call", "name a member as Class.Member, or use --jsonl or --list");
-        std::vector<Variant> args;
-        for (const auto& w : cmd->remaining()) args.push_back(FromWord(w));
-        const ordered_json answer = Answer(objects, o->target, std::move(args));
-        std::cout << answer.dump() << "\n";
-        ctx.exitCode = answer.contains("error") ? 1 : 0;
+        if (o->target.empty())
+            throw CLI::ValidationError("call", "name a member as Class.Member, or use --jsonl or --list");
+        const Reply reply = Call(objects, o->target, [&] {
+            std::vector<Variant> args;
+            for (const auto& w : cmd->remaining()) args.push_back(FromWord(w, args.size() + 1));
+            return args;
+        });
+        std::cout << Dump(reply.json) << "\n";
+        ctx.exitCode = reply.status;
     });
 }
 

@@ -14,6 +14,7 @@
 #include "commands.h"
 #include "support/CLocLite.h"
 #include "support/vb.h"
+#include "validate.h"
 
 namespace qvrl::cli {
 
@@ -298,8 +299,8 @@ void AddSiteCommand(CLI::App& app, Context& ctx) {
     add("snow-zone", o->snowZone, "Snow load zone of the standard: its code or its text, e.g. 21 or 2a (see `lists`)");
     add("wind-zone", o->windZone, "Wind zone (DIN 1055-4:2005; DIN EN: gives qb and vb)")
         ->check(CLI::Range(-32768, 32767));
-    add("altitude", o->altitude, "Height of the terrain above sea level, m");
-    add("height", o->height, "Height of the building, m");
+    add("altitude", o->altitude, "Height of the terrain above sea level, m")->check(validate::Altitude());
+    add("height", o->height, "Height of the building, m")->check(validate::BuildingHeight());
     add("category", o->category, "Terrain category code of the standard (see `lists`)")
         ->check(CLI::Range(-32768, 32767));
     add("roof", o->roof, "Roof form: gabled (default), hipped, flat, pent (monopitch) or wall")
@@ -310,14 +311,15 @@ void AddSiteCommand(CLI::App& app, Context& ctx) {
     add("alpha-tr", o->alphaTr, "Flat roof with mansard eaves: eaves angle, degrees");
     add("h-d", o->hzud, "Walls: building height / depth");
     add("region", o->region, "Eurocode: climate region (CtrlRegion); needed for 54")->check(CLI::Range(-32768, 32767));
-    add("qb", o->qb, "Eurocode: basic velocity pressure, kN/m²");
-    add("vb", o->vb, "Eurocode: basic wind velocity, m/s (the UK annex works from it)");
+    add("qb", o->qb, "Eurocode: basic velocity pressure, kN/m²")->check(validate::BasicPressure());
+    add("vb", o->vb, "Eurocode: basic wind velocity, m/s (the UK annex works from it)")
+        ->check(validate::BasicVelocity());
     add("phi", o->phi, "Eurocode: upwind slope Φ (with --s)");
     add("s", o->s, "Eurocode: orographic location factor s (with --phi)");
     add("cdir", o->cdir, "Eurocode 50, 51, 52: direction factor (default 1)");
     add("cseason", o->cseason, "Eurocode 50, 51, 52: season factor (default 1)");
-    add("dist-shore", o->distShore, "UK annex: distance to the shore, m");
-    add("dist-town", o->distTown, "UK annex: distance inside town, m");
+    add("dist-shore", o->distShore, "UK annex: distance to the shore, m")->check(validate::DistanceToShore());
+    add("dist-town", o->distTown, "UK annex: distance inside town, m")->check(validate::DistanceInTown());
     cmd->footer(
         "Examples:\n"
         "  qvroofload site --norm 3 --snow-zone 2 --wind-zone 2 --category 2 --altitude 300 --height 10 "

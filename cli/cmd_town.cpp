@@ -6,6 +6,7 @@
 #include <sstream>
 
 #include "commands.h"
+#include "validate.h"
 #include "location/modAGSMdb.h"
 #include "location/modAGSMdb_1.h"
 #include "maintenance/TownTableStatus.h"
@@ -224,7 +225,8 @@ void AddTownCommands(CLI::App& app, Context& ctx) {
     towns->add_option("--region", many->region, "Government region number (Reg_ID); needs --state")
         ->check(CLI::Range(0, 99));
     towns->add_option("--county", many->county, "County number (LK_ID); needs --state")->check(CLI::Range(1, 99));
-    towns->add_option("--plz", many->plz, "Postcode or its beginning; widened digit by digit when nothing matches");
+    towns->add_option("--plz", many->plz, "Postcode or its beginning; widened digit by digit when nothing matches")
+        ->transform(validate::Postcode());
     towns->add_option("--name", many->name, "Beginning of the municipality's name (* and ? as wild cards)");
     towns->add_option("--land", many->land, "Eurocode table of this country (CtrlNA 50..54) instead of the German one")
         ->check(CLI::Range(50, 54));

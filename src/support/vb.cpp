@@ -1,6 +1,7 @@
 #include "support/vb.h"
 
 #include <charconv>
+#include <cstdint>
 #include <cmath>
 #include <cstdio>
 #include <ctime>
@@ -257,6 +258,42 @@ int32_t CLng(double v) {
 }
 
 int32_t CLng(const Variant& v) { return CLng(v.toDouble()); }
+
+namespace {
+// Above this a Double skips integers, so it would hold another number.
+constexpr uint64_t kExactDoubleLimit = uint64_t{1} << 53;
+
+[[noreturn]] void IntegerOverflow(const std::string& text) {
+    Raise(err::Overflow, {}, "Overflow: " + text + " lies outside every Basic number type (beyond 2^53 in size)");
+}
+}  // namespace
+
+Variant VariantFromInteger(int64_t v) {
+    if (v >= INT32_MIN && v <= INT32_MAX) return Variant(static_cast<int32_t>(v));
+    // The magnitude as unsigned, so that INT64_MIN does not overflow.
+    const uint64_t mag = v < 0 ? uint64_t{0} - static_cast<uint64_t>(v) : static_cast<uint64_t>(v);
+    if (mag > kExactDoubleLimit) IntegerOverflow(std::to_string(v));
+    return Variant(static_cast<double>(v));
+}
+
+Variant VariantFromInteger(uint64_t v) {
+    if (v <= static_cast<uint64_t>(INT32_MAX)) return Variant(static_cast<int32_t>(v));
+    if (v > kExactDoubleLimit) IntegerOverflow(std::to_string(v));
+    return Variant(static_cast<double>(v));
+}
+
+Variant VariantFromIntegerText(std::string_view t) {
+    const bool neg = !t.empty() && t[0] == '-';
+    const std::string_view digits = t.substr(neg ? 1 : 0);
+    if (digits.empty() || digits.find_first_not_of("0123456789") != std::string_view::npos)
+        Raise(err::TypeMismatch, {}, "Type mismatch: '" + std::string(t) + "' is no whole number");
+    uint64_t mag = 0;
+    const auto [p, ec] = std::from_chars(digits.data(), digits.data() + digits.size(), mag);
+    if (ec != std::errc() || p != digits.data() + digits.size() || mag > kExactDoubleLimit)
+        IntegerOverflow(std::string(t));
+    const auto m = static_cast<int64_t>(mag);  // at most 2^53 here
+    return VariantFromInteger(neg ? -m : m);
+}
 
 double CDbl(const Variant& v) { return v.toDouble(); }
 std::string CStr(const Variant& v) { return v.toString(); }

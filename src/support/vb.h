@@ -100,6 +100,17 @@ int16_t CInt(const Variant& v);
 int32_t CLng(double v);
 int32_t CLng(const Variant& v);
 double CDbl(const Variant& v);
+
+// A whole number from outside (a JSON number, a Python int, a command-line
+// word) as the tagged value a Basic host would pass: a Long within 32 bits,
+// else a Double while a Double still holds it exactly (|v| <= 2^53); beyond
+// that no Basic type holds it, and it is error 6 rather than a rounded or
+// wrapped value.
+Variant VariantFromInteger(int64_t v);
+Variant VariantFromInteger(uint64_t v);
+// The same for decimal text: an optional "-" and digits only, of any length;
+// anything else is error 13.
+Variant VariantFromIntegerText(std::string_view digits);
 std::string CStr(const Variant& v);
 
 // True when the text converts completely to a number (blanks around allowed).

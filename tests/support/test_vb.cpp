@@ -84,6 +84,51 @@ TEST(CLng, RoundsHalfToEvenInThirtyTwoBits) {
     EXPECT_EQ(ErrorOf([] { CLng(Variant("x")); }), 13);
 }
 
+// Whole numbers from outside: a Long in 32 bits, a Double while it holds the
+// number exactly, else error 6 (never wrapped to a negative or rounded).
+TEST(VariantFromInteger, LongThenExactDoubleThenOverflow) {
+    const struct {
+        const char* text;
+        Variant expected;  // Empty: error 6
+    } cases[] = {
+        {"0", Variant(int32_t{0})},
+        {"-2147483648", Variant(std::numeric_limits<int32_t>::min())},
+        {"2147483647", Variant(std::numeric_limits<int32_t>::max())},
+        {"2147483648", Variant(2147483648.0)},
+        {"-2147483649", Variant(-2147483649.0)},
+        {"9007199254740992", Variant(9007199254740992.0)},
+        {"-9007199254740992", Variant(-9007199254740992.0)},
+        {"9007199254740993", Variant()},
+        {"-9007199254740993", Variant()},
+        {"9223372036854775807", Variant()},
+        {"-9223372036854775808", Variant()},
+        {"9223372036854775808", Variant()},
+        {"18446744073709551166", Variant()},  // wrapped, this read as -450
+        {"18446744073709551616", Variant()},
+        {"100000000000000000000000", Variant()},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.text);
+        if (c.expected.isEmpty()) {
+            EXPECT_EQ(ErrorOf([&] { VariantFromIntegerText(c.text); }), 6);
+            continue;
+        }
+        EXPECT_EQ(VariantFromIntegerText(c.text), c.expected);
+        const bool neg = c.text[0] == '-';
+        EXPECT_EQ(VariantFromInteger(static_cast<int64_t>(std::stoll(c.text))), c.expected);
+        if (!neg) {
+            EXPECT_EQ(VariantFromInteger(static_cast<uint64_t>(std::stoull(c.text))), c.expected);
+        }
+    }
+    EXPECT_EQ(ErrorOf([] { VariantFromInteger(std::numeric_limits<int64_t>::min()); }), 6);
+    EXPECT_EQ(ErrorOf([] { VariantFromInteger(std::numeric_limits<uint64_t>::max()); }), 6);
+    EXPECT_EQ(ErrorOf([] { VariantFromInteger(uint64_t{18446744073709551166u}); }), 6);
+    for (const char* notWhole : {"", "-", "1.5", "+3", " 4", "1e3", "0x10"}) {
+        SCOPED_TRACE(notWhole);
+        EXPECT_EQ(ErrorOf([&] { VariantFromIntegerText(notWhole); }), 13);
+    }
+}
+
 TEST(IsNumeric, AcceptsWholeNumbersOnly) {
     struct {
         const char* text;
