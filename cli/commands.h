@@ -22,4 +22,10 @@ void AddCpCommand(CLI::App& app, Context& ctx);
 // Applies --lang after the language objects are set up.
 void ApplyLanguage(const Context& ctx);
 
+// Adds --db FILE to a look-up command. Returns where the value goes.
+CLI::Option* AddDbOption(CLI::App& cmd, std::string& db);
+// Points the look-ups at the --db file, if one was given. False, with the
+// reason printed, when it is no file.
+bool ApplyDbOption(const std::string& db, const char* command);
+
 }  // namespace qvrl::cli

@@ -69,6 +69,9 @@ TEST_F(CliDb, GoodGridsLandAsWritten) {
         const std::string table = "en_bs_fig" + std::to_string(n);
         EXPECT_NE(r.out.find("  " + table + ": 3 rows (dist 0.1 .. 100 km), 3 heights (2 .. 10 m)"), std::string::npos)
             << r.out;
+        EXPECT_NE(r.out.find("  qvrl.mdb " + table + ": 3 inserted, 0 updated, 0 unchanged, 0 replaced"),
+                  std::string::npos)
+            << r.out;
         EXPECT_EQ(Columns(db_, table), (std::vector<std::string>{"dist", "2", "5", "10"}));
         // Decimal text read the same way gives the same double.
         EXPECT_EQ(Rows(db_, table), (std::vector<std::vector<double>>{{0.1, n + 0.25, 1.5, 2.0},
@@ -82,6 +85,8 @@ TEST_F(CliDb, AnImportReplacesTheTablesWithTheirNewHeights) {
     Write(7, "dist,2,200\n0.1,1,2\n");
     const auto r = Import();
     ASSERT_EQ(r.status, 0) << r.out;
+    EXPECT_NE(r.out.find("qvrl.mdb en_bs_fig7: 1 inserted, 0 updated, 0 unchanged, 3 replaced"), std::string::npos)
+        << r.out;
     EXPECT_EQ(Columns(db_, "en_bs_fig7"), (std::vector<std::string>{"dist", "2", "200"}));
     EXPECT_EQ(Rows(db_, "en_bs_fig7"), (std::vector<std::vector<double>>{{0.1, 1.0, 2.0}}));
     EXPECT_EQ(Rows(db_, "en_bs_fig8").size(), 3u);
@@ -157,12 +162,18 @@ TEST_F(CliDb, ADatabaseInUseIsLeftAlone) {
     EXPECT_EQ(test::ReadFile(db_), before);
 }
 
-TEST_F(CliDb, DefaultDatabaseIsTheOneInTheProgramFolder) {
+// Without --db the user's own copy is loaded: the shipped file is derived
+// from data/sql and replaced by every build, so it must stay as it was.
+TEST_F(CliDb, WithoutDbTheUsersCopyIsLoadedAndTheShippedFileKept) {
     setenv("QVRL_PROGRAM_FOLDER", fs::path(db_).parent_path().c_str(), 1);
+    const std::string shipped = test::ReadFile(db_);
+    const std::string own = (userFolder() / "qvrl.mdb").string();
     const auto r = test::RunCli("db import uk-figures '" + csv_.string() + "'", true);
     ASSERT_EQ(r.status, 0) << r.out;
-    EXPECT_NE(r.out.find("Loaded into " + db_), std::string::npos) << r.out;
-    EXPECT_EQ(Rows(db_, "en_bs_fig3").size(), 3u);
+    EXPECT_NE(r.out.find(" into " + own), std::string::npos) << r.out;
+    EXPECT_EQ(test::ReadFile(db_), shipped);
+    EXPECT_EQ(Rows(own, "en_bs_fig3").size(), 3u);
+    EXPECT_FALSE(Columns(own, "cpe").empty());  // the copy keeps the shipped tables
 }
 
 }  // namespace

@@ -6,6 +6,7 @@
 #include <cstdlib>
 #include <filesystem>
 #include <string>
+#include <vector>
 
 #include "TestEnv.h"
 #include "e2e/CliRunner.h"
@@ -105,11 +106,28 @@ TEST_F(CliDbTowns, BadFilesNameTheirLinesAndLoadNothing) {
     EXPECT_EQ(missing.out, "qvroofload: " + (dir_ / "none.csv").string() + ": no such file\nNothing was loaded.\n");
 }
 
-TEST_F(CliDbTowns, WithoutDbTheProgramFolderIsLoaded) {
+// Without --db every database the import writes is the user's own copy; the
+// shipped files stay byte for byte, and the look-ups find the towns after.
+TEST_F(CliDbTowns, WithoutDbTheUsersCopiesAreLoadedAndFound) {
     setenv("QVRL_PROGRAM_FOLDER", dir_.c_str(), 1);
-    const auto r = test::RunCli("db import at-municipalities '" + Fixture("gemliste_small.csv") + "'", true);
+    const char* const files[] = {"qvrl.mdb", "qvrlslz.mdb", "qvrlslz_dibt.mdb", "qvrlwlz.mdb", "qvrlwlz_dibt.mdb"};
+    std::vector<std::string> shipped;
+    for (const char* f : files) shipped.push_back(test::ReadFile(dir_ / f));
+    auto r = test::RunCli("db import gv100ad '" + Fixture("gv100ad_small.asc") + "'", true);
     ASSERT_EQ(r.status, 0) << r.out;
-    EXPECT_EQ(Count("SELECT * FROM slzwlz1 WHERE Land_ID = 51"), 5);
+    r = test::RunCli("db import at-municipalities '" + Fixture("gemliste_small.csv") + "'", true);
+    ASSERT_EQ(r.status, 0) << r.out;
+    for (size_t i = 0; i < std::size(files); ++i) {
+        SCOPED_TRACE(files[i]);
+        EXPECT_EQ(test::ReadFile(dir_ / files[i]), shipped[i]);
+        EXPECT_TRUE(fs::exists(userFolder() / files[i]));
+    }
+    EXPECT_EQ(Count("SELECT * FROM slzwlz1 WHERE Land_ID = 51"), 0);
+    r = test::RunCli("town 05315000 --json");
+    EXPECT_EQ(r.status, 0) << r.out;
+    EXPECT_NE(r.out.find("\"AGS\""), std::string::npos) << r.out;
+    r = test::RunCli("towns --plz 3100");
+    EXPECT_EQ(r.status, 0) << r.out;
 }
 
 }  // namespace
