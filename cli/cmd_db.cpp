@@ -74,6 +74,7 @@ void AddDbCommand(CLI::App& app, Context& ctx) {
     db->require_subcommand(1);
     CLI::App* import = db->add_subcommand("import", "Load data into a database");
     import->require_subcommand(1);
+    AddDbContoursCommand(*import, ctx);
     auto opts = std::make_shared<ImportOptions>();
     CLI::App* uk = import->add_subcommand(
         "uk-figures", "Load the grids of figures NA.3 to NA.8 of the UK annex to EN 1991-1-4 from "

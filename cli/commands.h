@@ -15,6 +15,7 @@ void AddListsCommand(CLI::App& app, Context& ctx);
 void AddCallCommand(CLI::App& app, Context& ctx);
 void AddBlocksCommand(CLI::App& app, Context& ctx);
 void AddDbCommand(CLI::App& app, Context& ctx);
+void AddDbContoursCommand(CLI::App& import, Context& ctx);
 void AddTownCommands(CLI::App& app, Context& ctx);
 void AddSiteCommand(CLI::App& app, Context& ctx);
 void AddCpCommand(CLI::App& app, Context& ctx);

@@ -11,8 +11,11 @@
 #include <unordered_map>
 #include <utility>
 
+#include <sqlite3.h>
+
 #include "interchange/TextFile.h"
 #include "location/modAGSMdb.h"
+#include "store/StoreText.h"
 #include "store/modDAO.h"
 #include "location/modSLZMdb.h"
 #include "support/errors.h"
@@ -156,6 +159,7 @@ constexpr const char* kAustriaShort = "A";
 // ---------------------------------------------------------------------------
 // Writing: the databases of one import, committed together.
 
+// One file per import: the store's own transaction holds it together.
 class Batch {
 public:
     Database& Open(const std::string& path) {
@@ -182,6 +186,217 @@ public:
 private:
     std::vector<std::shared_ptr<Database>> dbs_;
     bool committed_ = false;
+};
+
+ImportStageHook& StageHook() {
+    static ImportStageHook hook;
+    return hook;
+}
+
+void Stage(const std::string& what) {
+    if (StageHook()) StageHook()(what);
+}
+
+// Several files in one transaction: the first file is the connection's main
+// database, the others are attached, and every one keeps a rollback journal.
+// SQLite then commits through a super-journal, so a fault or a kill at any
+// moment leaves all files old or all new (a later open rolls back the rest).
+class MultiFileBatch {
+public:
+    explicit MultiFileBatch(const std::string& mainPath) {
+        const int rc = sqlite3_open_v2(mainPath.c_str(), &db_, SQLITE_OPEN_READWRITE | SQLITE_OPEN_NOMUTEX, nullptr);
+        if (rc != SQLITE_OK) Fail(mainPath);
+        sqlite3_extended_result_codes(db_, 1);
+        sqlite3_busy_timeout(db_, 5000);
+        if (RegisterStoreText(db_) != SQLITE_OK) Fail(mainPath);
+        Prepare("main", mainPath);
+    }
+    MultiFileBatch(const MultiFileBatch&) = delete;
+    MultiFileBatch& operator=(const MultiFileBatch&) = delete;
+    ~MultiFileBatch() {
+        if (inTransaction_) sqlite3_exec(db_, "ROLLBACK", nullptr, nullptr, nullptr);
+        sqlite3_close_v2(db_);
+    }
+
+    // Schema name of a further file. Files are attached before Begin.
+    std::string Attach(const std::string& path) {
+        const std::string schema = "f" + std::to_string(++attached_);
+        Statement st(*this, "ATTACH DATABASE ?1 AS " + schema, path);
+        sqlite3_bind_text(st.s, 1, path.c_str(), -1, SQLITE_TRANSIENT);
+        st.Done();
+        Prepare(schema, path);
+        return schema;
+    }
+
+    void Begin() {
+        Exec("BEGIN IMMEDIATE", "");
+        inTransaction_ = true;
+    }
+    void Commit() {
+        Exec("COMMIT", "");
+        inTransaction_ = false;
+    }
+
+    struct Rows {
+        std::vector<std::string> columns;
+        std::vector<int64_t> rowids;
+        std::vector<std::vector<Variant>> values;
+        size_t Column(const std::string& name, const std::string& table) const {
+            for (size_t i = 0; i < columns.size(); ++i)
+                if (UCase(columns[i]) == UCase(name)) return i;
+            Raise(err::ItemNotFound, {}, table + ": no column " + name);
+        }
+    };
+
+    // Every row of a table, or those whose column `filterColumn` holds `filterValue`.
+    Rows Select(const std::string& schema, const std::string& table, const std::string& filterColumn = {},
+                int32_t filterValue = 0) {
+        RequireTable(schema, table);
+        std::string sql = "SELECT rowid, * FROM " + schema + "." + Quote(table);
+        if (!filterColumn.empty()) sql += " WHERE " + Quote(filterColumn) + " = ?1";
+        Statement st(*this, sql, File(schema));
+        if (!filterColumn.empty()) sqlite3_bind_int(st.s, 1, filterValue);
+        Rows r;
+        const int n = sqlite3_column_count(st.s);
+        for (int c = 1; c < n; ++c) r.columns.emplace_back(sqlite3_column_name(st.s, c));
+        while (st.Step()) {
+            r.rowids.push_back(sqlite3_column_int64(st.s, 0));
+            std::vector<Variant> row;
+            for (int c = 1; c < n; ++c) row.push_back(ValueOf(st.s, c));
+            r.values.push_back(std::move(row));
+        }
+        return r;
+    }
+
+    template <typename CellList>
+    void Update(const std::string& schema, const std::string& table, int64_t rowid, const CellList& cells) {
+        std::string sql = "UPDATE " + schema + "." + Quote(table) + " SET ";
+        int i = 0;
+        for (const auto& c : cells) {
+            sql += (i ? ", " : "") + Quote(c.column) + " = ?" + std::to_string(i + 1);
+            ++i;
+        }
+        sql += " WHERE rowid = ?" + std::to_string(i + 1);
+        Statement st(*this, sql, File(schema));
+        i = 0;
+        for (const auto& c : cells) Bind(st.s, ++i, c.value);
+        sqlite3_bind_int64(st.s, i + 1, rowid);
+        st.Done();
+    }
+
+    template <typename CellList>
+    void Insert(const std::string& schema, const std::string& table, const CellList& cells) {
+        std::string names, marks;
+        int i = 0;
+        for (const auto& c : cells) {
+            names += (i ? ", " : "") + Quote(c.column);
+            marks += (i ? ", ?" : "?") + std::to_string(i + 1);
+            ++i;
+        }
+        Statement st(*this, "INSERT INTO " + schema + "." + Quote(table) + " (" + names + ") VALUES (" + marks + ")",
+                     File(schema));
+        i = 0;
+        for (const auto& c : cells) Bind(st.s, ++i, c.value);
+        st.Done();
+    }
+
+    const std::string& File(const std::string& schema) const { return files_.at(schema); }
+
+private:
+    struct Statement {
+        Statement(MultiFileBatch& b, const std::string& sql, const std::string& file) : batch(b), path(file) {
+            if (sqlite3_prepare_v2(batch.db_, sql.c_str(), -1, &s, nullptr) != SQLITE_OK) batch.Fail(path);
+        }
+        ~Statement() { sqlite3_finalize(s); }
+        bool Step() {
+            const int rc = sqlite3_step(s);
+            if (rc == SQLITE_ROW) return true;
+            if (rc != SQLITE_DONE) batch.Fail(path);
+            return false;
+        }
+        void Done() {
+            while (Step()) {
+            }
+        }
+        MultiFileBatch& batch;
+        std::string path;
+        sqlite3_stmt* s = nullptr;
+    };
+
+    static std::string Quote(const std::string& name) {
+        std::string q = "\"";
+        for (char c : name) q += c == '"' ? std::string("\"\"") : std::string(1, c);
+        return q + "\"";
+    }
+
+    static Variant ValueOf(sqlite3_stmt* s, int c) {
+        switch (sqlite3_column_type(s, c)) {
+        case SQLITE_NULL:
+            return Variant::Null();
+        case SQLITE_INTEGER: {
+            const int64_t v = sqlite3_column_int64(s, c);
+            if (v >= INT32_MIN && v <= INT32_MAX) return Variant(static_cast<int32_t>(v));
+            return Variant(static_cast<double>(v));
+        }
+        case SQLITE_FLOAT:
+            return Variant(sqlite3_column_double(s, c));
+        default: {
+            const unsigned char* t = sqlite3_column_text(s, c);
+            return Variant(std::string(t ? reinterpret_cast<const char*>(t) : ""));
+        }
+        }
+    }
+
+    static void Bind(sqlite3_stmt* s, int i, const Variant& v) {
+        if (v.isNull() || v.isEmpty())
+            sqlite3_bind_null(s, i);
+        else if (v.type() == Variant::Type::String)
+            sqlite3_bind_text(s, i, v.asString().c_str(), -1, SQLITE_TRANSIENT);
+        else if (v.type() == Variant::Type::Integer || v.type() == Variant::Type::Long)
+            sqlite3_bind_int64(s, i, static_cast<int64_t>(v.toDouble()));
+        else
+            sqlite3_bind_double(s, i, v.toDouble());
+    }
+
+    void Prepare(const std::string& schema, const std::string& path) {
+        files_[schema] = path;
+        // A file in WAL mode would commit on its own; the super-journal needs rollback journals.
+        Exec("PRAGMA " + schema + ".journal_mode = DELETE", path);
+        Exec("PRAGMA " + schema + ".synchronous = FULL", path);
+    }
+
+    void RequireTable(const std::string& schema, const std::string& table) {
+        Statement st(*this, "SELECT 1 FROM " + schema + ".sqlite_master WHERE type = 'table' AND name = ?1 COLLATE NOCASE",
+                     File(schema));
+        sqlite3_bind_text(st.s, 1, table.c_str(), -1, SQLITE_TRANSIENT);
+        if (!st.Step())
+            Raise(err::TableNotFound, {}, FileName(File(schema)) + ": no table '" + table + "'");
+    }
+
+    void Exec(const std::string& sql, const std::string& path) {
+        Statement st(*this, sql, path.empty() ? files_.at("main") : path);
+        st.Done();
+    }
+
+    [[noreturn]] void Fail(const std::string& path) {
+        const int rc = db_ ? sqlite3_extended_errcode(db_) : SQLITE_CANTOPEN;
+        const std::string what = path + ": " + (db_ ? sqlite3_errmsg(db_) : sqlite3_errstr(rc));
+        switch (rc & 0xFF) {
+        case SQLITE_BUSY:
+        case SQLITE_LOCKED:
+            Raise(dao::errFileInUse, {}, what);
+        case SQLITE_NOTADB:
+        case SQLITE_CORRUPT:
+            Raise(dao::errUnrecognizedFormat, {}, what);
+        default:
+            Raise(dao::errEngine, {}, what);
+        }
+    }
+
+    sqlite3* db_ = nullptr;
+    std::map<std::string, std::string> files_;
+    int attached_ = 0;
+    bool inTransaction_ = false;
 };
 
 struct Cell {
@@ -216,62 +431,69 @@ bool Same(const Variant& stored, const Variant& wanted) {
     return stored.isNumeric() && stored.toDouble() == wanted.toDouble();
 }
 
-int32_t NextId(Database& db, const std::string& table) {
-    auto rs = db.OpenRecordset("SELECT TOP 1 ID FROM " + table + " ORDER BY ID DESC", dao::dbOpenSnapshot);
-    if (rs->EOF_()) return 1;
-    const double top = NzNumber(rs->Fields("ID"));
+int32_t NextId(const MultiFileBatch::Rows& rows, const std::string& table) {
+    const size_t id = rows.Column("ID", table);
+    double top = 0.0;
+    for (const auto& r : rows.values)
+        if (!r[id].isNull() && r[id].isNumeric()) top = std::max(top, r[id].toDouble());
     if (top >= 2147483647.0) Raise(err::Overflow, {}, table + ": no row number left above " + DoubleToText(top));
-    return top < 0.0 ? 1 : static_cast<int32_t>(top) + 1;
+    return static_cast<int32_t>(top) + 1;
 }
 
-// Lays the wanted rows over the rows the query selects: equal ones stay,
+// Which rows of a table an import reaches.
+struct Target {
+    std::string schema;
+    std::string table;
+    std::string filterColumn;  // empty: every row
+    int32_t filterValue = 0;
+};
+
+// Lays the wanted rows over the rows of the target: equal ones stay,
 // differing ones get the file's values in the managed columns, missing ones
-// are appended. idTable names the table whose ID a new row continues.
-TableTally Merge(Database& db, TableTally t, const std::string& query, const char* keyColumn, KeyKind kind,
-                 const std::string& idTable, const std::vector<WantedRow>& rows) {
+// are appended. withId: a new row continues the table's ID.
+TableTally Merge(MultiFileBatch& batch, TableTally t, const Target& to, const char* keyColumn, KeyKind kind,
+                 bool withId, const std::vector<WantedRow>& rows) {
     std::unordered_map<std::string, size_t> wanted;
     wanted.reserve(rows.size());
     for (size_t i = 0; i < rows.size(); ++i) wanted.emplace(rows[i].key, i);
     std::vector<bool> seen(rows.size(), false);
-    int32_t nextId = idTable.empty() ? 0 : NextId(db, idTable);
+    const MultiFileBatch::Rows have = batch.Select(to.schema, to.table, to.filterColumn, to.filterValue);
+    int32_t nextId = withId ? NextId(to.filterColumn.empty() ? have : batch.Select(to.schema, to.table), to.table) : 0;
+    const size_t key = have.Column(keyColumn, to.table);
+    for (const auto& w : rows)
+        for (const auto* list : {&w.managed, &w.fresh})
+            for (const Cell& c : *list) have.Column(c.column, to.table);
 
-    auto rs = db.OpenRecordset(query, dao::dbOpenDynaset);
-    Fields& f = rs->Fields();
-    Field& key = f.Item(keyColumn);
-    while (!rs->EOF_()) {
-        const auto it = wanted.find(KeyOf(key.Value(), kind));
+    for (size_t r = 0; r < have.values.size(); ++r) {
+        const std::vector<Variant>& stored = have.values[r];
+        const auto it = wanted.find(KeyOf(stored[key], kind));
         if (it == wanted.end()) {
             ++t.untouched;
-        } else {
-            seen[it->second] = true;
-            const WantedRow& w = rows[it->second];
-            bool differs = false;
-            for (const Cell& c : w.managed) differs = differs || !Same(f.Item(c.column).Value(), c.value);
-            if (differs) {
-                rs->Edit();
-                for (const Cell& c : w.managed)
-                    if (!Same(f.Item(c.column).Value(), c.value)) f.Item(c.column).Value(c.value);
-                rs->Update();
-                ++t.updated;
-            } else {
-                ++t.unchanged;
-            }
+            continue;
         }
-        rs->MoveNext();
+        seen[it->second] = true;
+        std::vector<Cell> changes;
+        for (const Cell& c : rows[it->second].managed)
+            if (!Same(stored[have.Column(c.column, to.table)], c.value)) changes.push_back(c);
+        if (changes.empty()) {
+            ++t.unchanged;
+        } else {
+            batch.Update(to.schema, to.table, have.rowids[r], changes);
+            ++t.updated;
+        }
     }
     for (size_t i = 0; i < rows.size(); ++i) {
         if (seen[i]) continue;
-        rs->AddNew();
-        if (!idTable.empty()) {
-            if (nextId == INT32_MAX) Raise(err::Overflow, {}, idTable + ": no row number left for a new row");
-            f.Item("ID").Value(Variant(nextId++));
+        std::vector<Cell> cells;
+        if (withId) {
+            if (nextId == INT32_MAX) Raise(err::Overflow, {}, to.table + ": no row number left for a new row");
+            cells.emplace_back("ID", Variant(nextId++));
         }
-        for (const Cell& c : rows[i].managed) f.Item(c.column).Value(c.value);
-        for (const Cell& c : rows[i].fresh) f.Item(c.column).Value(c.value);
-        rs->Update();
+        cells.insert(cells.end(), rows[i].managed.begin(), rows[i].managed.end());
+        cells.insert(cells.end(), rows[i].fresh.begin(), rows[i].fresh.end());
+        batch.Insert(to.schema, to.table, cells);
         ++t.inserted;
     }
-    rs->Close();
     return t;
 }
 
@@ -293,6 +515,8 @@ std::vector<Cell> FreshZones(bool eurocode) {
 }
 
 }  // namespace
+
+void SetImportStageHook(ImportStageHook hook) { StageHook() = std::move(hook); }
 
 TownInputError::TownInputError(std::vector<std::string> faults)
     : std::runtime_error(JoinFaults(faults)), faults_(std::move(faults)) {}
@@ -324,12 +548,9 @@ Gv100Directory ReadGv100ad(const std::string& path) {
         if (Trim(line).empty()) continue;
         const std::vector<size_t> starts = CharStarts(line);
         const size_t n = starts.size() - 1;
-        if (n > 220) {
-            faults.Add(lineNo, std::to_string(n) + " characters; a GV100AD record has 220");
-            continue;
-        }
-        if (n < 22) {
-            faults.Add(lineNo, "record too short (" + std::to_string(n) + " characters) to hold its key");
+        if (n != 220) {
+            faults.Add(lineNo, std::to_string(n) + " characters; a GV100AD record has 220" +
+                                   (n < 220 ? " (cut off?)" : ""));
             continue;
         }
         auto col = [&](size_t from, size_t to) { return CharColumns(line, starts, from, to); };
@@ -495,29 +716,39 @@ TownImportReport ImportGv100ad(const std::string& path, const std::string& qvrlD
         wlz.push_back({numKey, std::move(w.items), std::move(wFresh.items)});
     }
 
+    // Open every file first: a missing or locked one fails before anything is written.
     const fs::path folder = fs::path(qvrlDb).parent_path();
-    Batch batch;
-    Database& main = batch.Open(qvrlDb);
     const std::string mainName = FileName(qvrlDb);
-    report.tables.push_back(
-        Merge(main, {mainName, "slzwlz"}, "SELECT * FROM slzwlz", "AGS", KeyKind::Text, "slzwlz", german));
-    report.tables.push_back(Merge(main, {mainName, "slzwlz1 (Land_ID 50)"}, "SELECT * FROM slzwlz1 WHERE Land_ID = 50",
-                                  "AGS", KeyKind::Text, "slzwlz1", eurocode));
-    auto lists = [&](const char* const(&files)[2], const char* table, const char* keyColumn, const std::string& idTable,
-                     const std::vector<WantedRow>& rows) {
+    MultiFileBatch batch(qvrlDb);
+    struct ListFile {
+        std::string schema, name;
+    };
+    auto attach = [&](const char* const(&files)[2]) {
+        std::vector<ListFile> out;
         for (const char* f : files) {
             const std::string p = (folder / f).string();
-            if (!FileExists(p)) {
+            if (FileExists(p))
+                out.push_back({batch.Attach(p), f});
+            else
                 report.notes.push_back(std::string(f) + ": not beside " + mainName + ", left out");
-                continue;
-            }
-            Database& db = batch.Open(p);
-            report.tables.push_back(Merge(db, {f, table}, std::string("SELECT * FROM ") + table, keyColumn,
-                                          KeyKind::Number, idTable, rows));
         }
+        return out;
     };
-    lists(kSlzListFiles, "slz", "KEY", "slz", slz);
-    lists(kWlzListFiles, "wlz", "ID", "", wlz);
+    const std::vector<ListFile> slzFiles = attach(kSlzListFiles), wlzFiles = attach(kWlzListFiles);
+    batch.Begin();
+    report.tables.push_back(
+        Merge(batch, {mainName, "slzwlz"}, {"main", "slzwlz", {}, 0}, "AGS", KeyKind::Text, true, german));
+    report.tables.push_back(Merge(batch, {mainName, "slzwlz1 (Land_ID 50)"}, {"main", "slzwlz1", "Land_ID", kGermany},
+                                  "AGS", KeyKind::Text, true, eurocode));
+    Stage(mainName);
+    for (const ListFile& f : slzFiles) {
+        report.tables.push_back(Merge(batch, {f.name, "slz"}, {f.schema, "slz", {}, 0}, "KEY", KeyKind::Number, true, slz));
+        Stage(f.name);
+    }
+    for (const ListFile& f : wlzFiles) {
+        report.tables.push_back(Merge(batch, {f.name, "wlz"}, {f.schema, "wlz", {}, 0}, "ID", KeyKind::Number, false, wlz));
+        Stage(f.name);
+    }
     batch.Commit();
     return report;
 }
@@ -881,10 +1112,10 @@ TownImportReport ImportAtMunicipalities(const std::string& path, const std::stri
     }
     TownImportReport report;
     report.source = name + ": " + std::to_string(towns.size()) + " municipalities";
-    Batch batch;
-    Database& db = batch.Open(qvrlDb);
-    report.tables.push_back(Merge(db, {FileName(qvrlDb), "slzwlz1 (Land_ID 51)"},
-                                  "SELECT * FROM slzwlz1 WHERE Land_ID = 51", "AGS", KeyKind::Text, "slzwlz1", rows));
+    MultiFileBatch batch(qvrlDb);
+    batch.Begin();
+    report.tables.push_back(Merge(batch, {FileName(qvrlDb), "slzwlz1 (Land_ID 51)"},
+                                  {"main", "slzwlz1", "Land_ID", kAustria}, "AGS", KeyKind::Text, true, rows));
     batch.Commit();
     if (further)
         report.notes.push_back(std::to_string(further) +

@@ -4,16 +4,17 @@
 // files beside it).
 //
 // Every import reads and checks its whole file before it opens a database, so
-// a bad record changes nothing; the writes then go into one transaction per
-// file, committed only when every table is done. A rerun of the same file
+// a bad record changes nothing; the writes then go into one transaction over
+// every file the import reaches, committed atomically across the files (a
+// fault or a killed process leaves them all as they were). A rerun of the same file
 // finds every row equal and changes nothing. Rows already in a table that the
 // file does not name are kept: a municipality merged away may still carry an
 // office's zones. Files may be UTF-8 (with or without a byte order mark) or
 // Windows-1252; text that is not valid UTF-8 is read as Windows-1252.
 //
 // GV100AD, the municipality directory of the Federal Statistical Office:
-// fixed-width records of 220 characters (not bytes; a shorter one counts as
-// padded with blanks), record type in columns 1-2. Read are type 10 (state:
+// fixed-width records of exactly 220 characters (not bytes; a shorter one is
+// a record cut off, and an error), record type in columns 1-2. Read are type 10 (state:
 // 11-12 number, 23-72 name), 20 (government region: 13 number, 23-72 name),
 // 40 (county: 14-15 number, 23-72 name) and 60 (municipality: 11-18 AGS,
 // 23-72 name, 166-170 postcode of the seat).
@@ -53,6 +54,7 @@
 // further postcodes are checked but not stored.
 
 #include <cstdint>
+#include <functional>
 #include <stdexcept>
 #include <string>
 #include <vector>
@@ -119,5 +121,10 @@ TownImportReport ImportZones(const std::string& path, const std::string& qvrlDb,
 
 // Loads the Austrian municipality list into slzwlz1, Land_ID 51.
 TownImportReport ImportAtMunicipalities(const std::string& path, const std::string& qvrlDb);
+
+// For fault tests: called inside the import's transaction after each database
+// file has been written (with the file's name); a throw there aborts the import.
+using ImportStageHook = std::function<void(const std::string& file)>;
+void SetImportStageHook(ImportStageHook hook);
 
 }  // namespace qvrl

@@ -10,6 +10,11 @@
 #include <string>
 #include <vector>
 
+#include <signal.h>
+#include <sqlite3.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
 #include "ErrorOf.h"
 #include "TestEnv.h"
 #include "interchange/TextFile.h"
@@ -224,6 +229,7 @@ TEST_F(TownImport, BadDirectoryRecordChangesNothing) {
         {"AGS twice", last, "6020211130146250200020Lohsa / Łaz", ":31: AGS 14625020 already on line 30"},
         {"county never declared", last, "6020211130146263300330Lohsa / Łaz", ":31: county 14626 has no record"},
         {"record too long", "02999     ", "02999      ", ":31: 221 characters"},
+        {"record cut off before its postcode", "02999     ", "", ":31: 210 characters; a GV100AD record has 220"},
         {"municipality without name", "Lohsa / Łaz", "           ", ":31: municipality without a name"},
     };
     for (const Case& c : cases) {
@@ -252,6 +258,125 @@ TEST_F(TownImport, EngineFaultInALaterFileRollsBackAll) {
     EXPECT_EQ(test::ErrorOf([&] { ImportGv100ad(Fixture("gv100ad_small.asc"), db_); }), err::TableNotFound);
     EXPECT_EQ(Snapshot(5), before);
     EXPECT_TRUE(Rows(db_, "SELECT * FROM slzwlz").empty());
+}
+
+// A fault after some files are written, before the commit: none of them changes.
+TEST_F(TownImport, FaultBetweenFilesRollsBackAll) {
+    const auto before = Snapshot();
+    for (const char* at : {"qvrl.mdb", "qvrlslz.mdb", "qvrlwlz.mdb"}) {
+        SetImportStageHook([at](const std::string& file) {
+            if (file == at) throw RuntimeError(err::FileAccess, "test", "fault after " + file);
+        });
+        EXPECT_EQ(test::ErrorOf([&] { ImportGv100ad(Fixture("gv100ad_small.asc"), db_); }), err::FileAccess) << at;
+        SetImportStageHook({});
+        EXPECT_EQ(Snapshot(), before) << at;
+    }
+}
+
+namespace killvfs {
+
+// The default file system, but the process dies at its Nth sync or delete:
+// the moments at which a commit becomes durable file by file.
+sqlite3_vfs* base = nullptr;
+sqlite3_vfs vfs;
+sqlite3_io_methods methods;
+int left = 0;
+
+struct File {
+    sqlite3_file self;
+    sqlite3_file* real;
+};
+
+void Tick() {
+    if (--left == 0) kill(getpid(), SIGKILL);
+}
+sqlite3_file* Real(sqlite3_file* f) { return reinterpret_cast<File*>(f)->real; }
+
+int Open(sqlite3_vfs*, const char* name, sqlite3_file* f, int flags, int* out) {
+    File* k = reinterpret_cast<File*>(f);
+    k->real = reinterpret_cast<sqlite3_file*>(k + 1);
+    const int rc = base->xOpen(base, name, k->real, flags, out);
+    k->self.pMethods = k->real->pMethods ? &methods : nullptr;
+    return rc;
+}
+
+void Install(int killAt) {
+    base = sqlite3_vfs_find(nullptr);
+    left = killAt;
+    methods = {};
+    methods.iVersion = 1;
+    methods.xClose = [](sqlite3_file* f) { return Real(f)->pMethods->xClose(Real(f)); };
+    methods.xRead = [](sqlite3_file* f, void* b, int n, sqlite3_int64 o) { return Real(f)->pMethods->xRead(Real(f), b, n, o); };
+    methods.xWrite = [](sqlite3_file* f, const void* b, int n, sqlite3_int64 o) {
+        return Real(f)->pMethods->xWrite(Real(f), b, n, o);
+    };
+    methods.xTruncate = [](sqlite3_file* f, sqlite3_int64 n) { return Real(f)->pMethods->xTruncate(Real(f), n); };
+    methods.xSync = [](sqlite3_file* f, int fl) {
+        Tick();
+        return Real(f)->pMethods->xSync(Real(f), fl);
+    };
+    methods.xFileSize = [](sqlite3_file* f, sqlite3_int64* n) { return Real(f)->pMethods->xFileSize(Real(f), n); };
+    methods.xLock = [](sqlite3_file* f, int l) { return Real(f)->pMethods->xLock(Real(f), l); };
+    methods.xUnlock = [](sqlite3_file* f, int l) { return Real(f)->pMethods->xUnlock(Real(f), l); };
+    methods.xCheckReservedLock = [](sqlite3_file* f, int* r) { return Real(f)->pMethods->xCheckReservedLock(Real(f), r); };
+    methods.xFileControl = [](sqlite3_file* f, int op, void* a) { return Real(f)->pMethods->xFileControl(Real(f), op, a); };
+    methods.xSectorSize = [](sqlite3_file* f) { return Real(f)->pMethods->xSectorSize(Real(f)); };
+    methods.xDeviceCharacteristics = [](sqlite3_file* f) { return Real(f)->pMethods->xDeviceCharacteristics(Real(f)); };
+    vfs = *base;
+    vfs.iVersion = 1;
+    vfs.szOsFile = static_cast<int>(sizeof(File)) + base->szOsFile;
+    vfs.zName = "killvfs";
+    vfs.xOpen = Open;
+    vfs.xDelete = [](sqlite3_vfs*, const char* name, int sync) {
+        Tick();
+        return base->xDelete(base, name, sync);
+    };
+    sqlite3_vfs_register(&vfs, 1);
+}
+
+}  // namespace killvfs
+
+// The import killed at each moment a file could become durable: afterwards
+// the files hold either all of it or none of it.
+TEST_F(TownImport, KilledImportLeavesAllFilesOldOrAllNew) {
+    const fs::path pristine = dir_ / "pristine";
+    fs::create_directories(pristine);
+    for (const char* f : kFiles) fs::copy_file(dir_ / f, pristine / f);
+    const auto before = Snapshot();
+    ImportGv100ad(Fixture("gv100ad_small.asc"), db_);
+    const auto after = Snapshot();
+    ASSERT_NE(before, after);
+
+    int kills = 0;
+    for (int killAt = 1; killAt < 500; ++killAt) {
+        for (const char* f : kFiles) fs::copy_file(pristine / f, dir_ / f, fs::copy_options::overwrite_existing);
+        const pid_t child = fork();
+        ASSERT_GE(child, 0);
+        if (child == 0) {
+            killvfs::Install(killAt);
+            int code = 0;
+            try {
+                ImportGv100ad(Fixture("gv100ad_small.asc"), db_);
+            } catch (...) {
+                code = 3;
+            }
+            _exit(code);
+        }
+        int status = 0;
+        ASSERT_EQ(waitpid(child, &status, 0), child);
+        // Opening for writing rolls back what the killed process left half done.
+        for (const char* f : kFiles) DBEngine::OpenDatabase(File(f), {}, false)->Close();
+        const auto now = Snapshot();
+        EXPECT_TRUE(now == before || now == after) << "killed at event " << killAt;
+        if (WIFEXITED(status)) {
+            EXPECT_EQ(WEXITSTATUS(status), 0);
+            EXPECT_EQ(now, after);
+            break;
+        }
+        ASSERT_TRUE(WIFSIGNALED(status) && WTERMSIG(status) == SIGKILL);
+        ++kills;
+    }
+    EXPECT_GT(kills, 5);
 }
 
 TEST_F(TownImport, MissingListFilesAreLeftOutAndSaid) {
