@@ -195,6 +195,14 @@ void ScriptedPlatform::RunStep(Form& form, const SessionStep& step, size_t numbe
     }
 }
 
+std::string FileArgument(const MemberInfo& member, const std::vector<Variant>& args) {
+    for (size_t i = 0; i < member.params.size() && i < args.size(); ++i)
+        if (member.params[i].type == "String" && InStrText(member.params[i].name, "FileName") &&
+            args[i].type() == Variant::Type::String)
+            return args[i].asString();
+    return {};
+}
+
 MemberRun RunMemberUnder(const std::shared_ptr<Platform>& platform, const std::string& target,
                          std::vector<Variant> args) {
     const size_t dot = target.find('.');
@@ -214,10 +222,7 @@ MemberRun RunMemberUnder(const std::shared_ptr<Platform>& platform, const std::s
         if (!obj) Raise(err::ObjectNotSet, cls, "unknown class '" + cls + "'");
         const MemberInfo* info = obj->FindCallable(member);
         if (!info) Raise(err::NoSuchMember, {}, obj->ClassName() + " has no member '" + member + "'");
-        for (size_t i = 0; i < info->params.size() && i < args.size(); ++i)
-            if (info->params[i].type == "String" && InStrText(info->params[i].name, "FileName") &&
-                args[i].type() == Variant::Type::String)
-                run.fileName = args[i].asString();
+        run.fileName = FileArgument(*info, args);
         run.result = obj->Invoke(member, args);
         for (size_t i = 0; i < info->params.size() && i < args.size(); ++i)
             if (info->params[i].byRef) run.out.emplace_back(info->params[i].name, args[i]);

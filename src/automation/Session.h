@@ -13,6 +13,7 @@
 #include <utility>
 #include <vector>
 
+#include "automation/Dispatch.h"
 #include "support/Platform.h"
 #include "support/vb.h"
 
@@ -113,6 +114,10 @@ struct MemberRun {
     std::string fileName;
     std::optional<std::vector<std::string>> fileLines;
 };
+
+// The block file a call takes: its first text argument whose parameter
+// name holds "FileName" ("AsciiFileName"); "" when there is none.
+std::string FileArgument(const MemberInfo& member, const std::vector<Variant>& args);
 
 // Creates the object of "Class.Member", calls the member with the platform
 // installed for the call, and collects what it left. Run-time errors of the

@@ -4,6 +4,7 @@
 // form (load, modal show, hide, activate, unload) through the Platform.
 
 #include <cstdint>
+#include <functional>
 #include <map>
 #include <memory>
 #include <string>
@@ -40,7 +41,13 @@ public:
     bool SwitchNorm = false;
 
     const std::string& Caption() const { return caption_; }
-    void Caption(const std::string& v) { caption_ = v; }
+    void Caption(const std::string& v) {
+        if (v == caption_) return;
+        caption_ = v;
+        for (const auto& o : observers_) o();
+    }
+    // A view subscribes here for changes of the form's own properties.
+    void Observe(std::function<void()> observer) { observers_.push_back(std::move(observer)); }
 
     // Members every dialog form has.
     virtual void Init_Me() {}
@@ -109,6 +116,7 @@ private:
     std::map<std::string, Control*> byKey_;
     Control* active_ = nullptr;
     std::string caption_;
+    std::vector<std::function<void()>> observers_;
     bool loaded_ = false;
     bool shown_ = false;
 };

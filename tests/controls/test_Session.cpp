@@ -215,6 +215,12 @@ TEST_F(SessionTest, MembersRunByName) {
     ASSERT_FALSE(run.trace.empty());
     EXPECT_NE(run.trace[0].find("CROOFLOAD_INITIALIZE"), std::string::npos);
     EXPECT_FALSE(run.fileLines.has_value());
+    // The block file is found by the parameter's name, whatever its place.
+    MemberInfo show{"ShowRoofLoadDlg_EN", MemberKind::Method, {{"Mode", "Integer"}, {"AsciiFileName", "String"}}, "", ""};
+    EXPECT_EQ(FileArgument(show, {Variant(int16_t{1}), Variant("roof.asc")}), "roof.asc");
+    EXPECT_EQ(FileArgument(show, {Variant(int16_t{1})}), "");
+    show.params[1].type = "Double";
+    EXPECT_EQ(FileArgument(show, {Variant(int16_t{1}), Variant("roof.asc")}), "");
     EXPECT_EQ(test::ErrorOf([&] { RunMemberUnder(p, "CRoofLoad", {}); }), 5);
     EXPECT_EQ(test::ErrorOf([&] { RunMemberUnder(p, "CNothing.X", {}); }), 91);
     EXPECT_EQ(test::ErrorOf([&] { RunMemberUnder(p, "CRoofLoad.NoSuch", {}); }), 438);
