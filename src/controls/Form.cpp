@@ -12,6 +12,10 @@ std::string ControlKey(const std::string& name, int16_t index) {
 
 Platform& Form::platform() const { return CurrentPlatform(); }
 
+Form::~Form() {
+    if (loaded_) platform().UnloadForm(*this);
+}
+
 void Form::Adopt(std::unique_ptr<Control> c) {
     const std::string key = ControlKey(c->Name(), c->Index());
     if (byKey_.count(key)) Raise(err::ControlArrayElementExists, FormName(), "two controls named " + c->Key());

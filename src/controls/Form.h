@@ -29,7 +29,9 @@ inline constexpr int32_t InvalidFocus = 5;
 class Form : public FormBase {
 public:
     Form() = default;
-    ~Form() override = default;
+    // A form dropped while loaded is unloaded for the platform, so that no
+    // view outlives its model.
+    ~Form() override;
 
     std::string FormName() const override = 0;
     bool IsShown() const override { return shown_; }

@@ -146,6 +146,8 @@ Variant QVTextBox::ReadValue(int16_t mode) {
     }
     if (mode == 0 || mode == 1) {
         if (IsNumberStyle(style_) || value.type() == Variant::Type::Date) return Variant(FormatValue(value));
+        // A picture formats a text only when the text is a number; "&" never.
+        if (format_ != "&" && IsNumeric(t)) return Variant(Format(CDbl(Variant(t)), format_));
         return Variant(t);
     }
     return value;

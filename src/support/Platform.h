@@ -65,7 +65,8 @@ public:
     virtual int32_t TextWidth(const std::string& text) = 0;
 
     // The form model has loaded (before Form_Load) or is unloaded for good;
-    // a view is built or destroyed here.
+    // a view is built or destroyed here. UnloadForm also comes from the
+    // form's destructor: use the form's address only, not its members.
     virtual void LoadForm(FormBase&) {}
     virtual void UnloadForm(FormBase&) {}
     // A form shown without waiting (a progress window); it stays until hidden.

@@ -305,6 +305,13 @@ TEST_F(QVTextBoxTest, DatesAndTexts) {
     t.DimFac = 0;  // a text needs no factor, but the reader takes it first
     t.Text(Variant("frei, Text"));
     EXPECT_EQ(t.EditText(), "frei, Text");
+    t.Text(Variant("12"));
+    EXPECT_EQ(t.EditText(), "12");
+    t.Style(6);  // "." formats a text that is a number, and leaves any other
+    t.Text(Variant("12"));
+    EXPECT_EQ(t.EditText(), "12.");
+    t.Text(Variant("1 2a"));
+    EXPECT_EQ(t.EditText(), "1 2a");
 }
 
 TEST_F(QVTextBoxTest, SchemaArrangesTheParts) {
