@@ -201,7 +201,8 @@ bool QVTextBox::Validate() {
     }
     if (!failed && MaxCheck) {
         if (IsLengthStyle(style_) && CharCount(text_) > Max) {
-            EditText(text_.substr(0, ByteOffset(text_, static_cast<int32_t>(Max))));
+            // Max is below the length here, so it fits; a negative one keeps nothing.
+            EditText(text_.substr(0, ByteOffset(text_, Max < 0 ? 0 : static_cast<int32_t>(Max))));
             failed = true;
         }
         if (IsNumberStyle(style_) && ReadValue(3).toDouble() > Max) {

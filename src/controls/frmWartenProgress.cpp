@@ -38,11 +38,6 @@ void frmWartenProgress::Localize() {
     platform().DoEvents();
 }
 
-void frmWartenProgress::LabelText(const std::string& v) {
-    label_ = v;
-    info_->Caption(v);
-}
-
 void frmWartenProgress::MaxValueSub(float v) {
     maxSub_ = v;
     bar2_->Max(v);

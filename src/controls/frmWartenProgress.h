@@ -15,8 +15,9 @@ public:
     std::string FormName() const override { return "frmWartenProgress"; }
     void Localize() override;
 
-    std::string LabelText() const { return label_; }
-    void LabelText(const std::string& v);
+    // The window's caption.
+    std::string LabelText() const { return Caption(); }
+    void LabelText(const std::string& v) { Caption(v); }
     std::string InfoText() const { return info_->Caption(); }
     void InfoText(const std::string& v) { info_->Caption(v); }
     std::string Info2Text() const { return info2_->Caption(); }
@@ -46,7 +47,6 @@ private:
     ProgressBar* bar2_;
     Label* lblProgress2_;
     Label* lblPosProg2_;
-    std::string label_;
     float maxSub_ = 100.0f, maxMain_ = 100.0f;
     float valueSub_ = 0.0f, valueMain_ = 0.0f;
 };

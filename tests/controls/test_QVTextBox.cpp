@@ -110,6 +110,8 @@ TEST_F(QVTextBoxTest, ValidateEnforcesLimits) {
         {2, true, true, -5, 5, "-6", false, "-5"},
         {1, false, true, 0, 3, "abcd", false, "abc"},
         {1, false, true, 0, 3, "abc", true, "abc"},
+        {1, false, true, 0, -1, "ab", false, ""},
+        {1, false, true, 0, 2, "äöü", false, "äö"},  // characters, not bytes
         {6, true, false, 2, 9, "a", false, "a"},
         {1, false, false, 0, 3, "abcd", true, "abcd"},
     };
