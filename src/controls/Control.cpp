@@ -5,6 +5,20 @@
 
 namespace qvrl {
 
+int16_t key::CodeOf(const std::string& ch) {
+    if (ch.empty()) return 0;
+    const unsigned char c = static_cast<unsigned char>(ch[0]);
+    return static_cast<int16_t>(c >= 'a' && c <= 'z' ? c - 'a' + 'A' : c);
+}
+
+bool Control::SendKey(int16_t keyCode) {
+    int16_t k = keyCode;
+    KeyDown(k, 0);
+    const bool took = k != 0 && HandleKey(k);
+    KeyUp(keyCode, 0);
+    return took;
+}
+
 std::string Control::Key() const { return index_ < 0 ? name_ : name_ + "(" + std::to_string(index_) + ")"; }
 
 void CheckBox::Value(int16_t v) {
@@ -46,6 +60,14 @@ void TextBox::TypeText(const std::string& keys) {
         int16_t k = static_cast<unsigned char>(keys[i]);
         std::string ch(1, keys[i]);
         while (i + 1 < keys.size() && (static_cast<unsigned char>(keys[i + 1]) & 0xC0) == 0x80) ch += keys[++i];
+        int16_t code = key::CodeOf(ch);
+        KeyDown(code, 0);
+        struct Up {
+            TextBox& t;
+            int16_t code;
+            ~Up() { t.KeyUp(code, 0); }
+        } up{*this, key::CodeOf(ch)};
+        if (code == 0 || locked_) continue;
         KeyPress(k);
         if (k == 0) continue;
         if (k == key::Back) {

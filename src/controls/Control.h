@@ -25,6 +25,8 @@ inline constexpr uint32_t Red = 0x000000FF;
 
 // Key codes and characters as the form's key events carry them.
 namespace key {
+// The key code of a typed character: letters by their capital.
+int16_t CodeOf(const std::string& ch);
 inline constexpr int16_t Back = 8;
 inline constexpr int16_t Tab = 9;
 inline constexpr int16_t Return = 13;
@@ -102,15 +104,19 @@ public:
     virtual bool TakesFocus() const { return false; }
     bool HasFocus() const { return focus_; }
 
-    // A key pressed while the control has the focus (Return, Escape, Up,
-    // Down); returns whether the control took it.
-    bool KeyDown(int16_t keyCode) { return HandleKey(keyCode); }
+    // A key pressed and released while the control has the focus (Return,
+    // Escape, Up, Down): KeyDown, the control's own handling, KeyUp. Returns
+    // whether the control took it.
+    bool SendKey(int16_t keyCode);
 
     // A view subscribes here; every change of what it shows notifies it.
     void Observe(std::function<void()> observer) { observers_.push_back(std::move(observer)); }
 
     Event<> GotFocus;
     Event<> LostFocus;
+    // Key code (by reference: 0 drops the key) and shift state.
+    Event<int16_t&, int16_t> KeyDown;
+    Event<int16_t&, int16_t> KeyUp;
 
 protected:
     template <class T, class U>
@@ -222,8 +228,8 @@ private:
     bool value_ = false;
 };
 
-// A plain text field; typing raises KeyPress (which may drop the key by
-// setting it to 0), then Change.
+// A plain text field; typing raises for each key KeyDown, KeyPress (which
+// may drop the key by setting it to 0), Change, KeyUp.
 class TextBox : public Control {
 public:
     using Control::Control;

@@ -135,7 +135,7 @@ bool Form::PressKey(int16_t keyCode) {
         }
     }
     if (!active_) return false;
-    return active_->HandleKey(keyCode);
+    return active_->SendKey(keyCode);
 }
 
 }  // namespace qvrl

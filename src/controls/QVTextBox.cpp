@@ -313,7 +313,12 @@ void QVTextBox::TypeText(const std::string& keys) {
     for (size_t i = 0; i < keys.size();) {
         size_t j = i + 1;
         while (j < keys.size() && (static_cast<unsigned char>(keys[j]) & 0xC0) == 0x80) ++j;
-        KeyPressChar(keys.substr(i, j - i));
+        const std::string ch = keys.substr(i, j - i);
+        int16_t code = key::CodeOf(ch);
+        KeyDown(code, 0);
+        if (code != 0) KeyPressChar(ch);
+        int16_t up = code == 0 ? key::CodeOf(ch) : code;
+        KeyUp(up, 0);
         i = j;
     }
 }

@@ -129,6 +129,22 @@ TEST_F(FormTest, LeavingABoxValidatesItAndAFailureKeepsTheFocus) {
     EXPECT_EQ(headless().FocusMoves().back(), "frmProbe.cbNorm");
 }
 
+TEST_F(FormTest, PlainTextBoxRaisesKeyEventsInWindowsOrder) {
+    TextBox t("txtBez");
+    std::string ev;
+    t.KeyDown = [&](int16_t& k, int16_t) { ev += "d" + std::to_string(k) + " "; };
+    t.KeyPress = [&](int16_t& k) {
+        ev += "p ";
+        if (k == 'x') k = 0;
+    };
+    t.Change = [&] { ev += "c "; };
+    t.KeyUp = [&](int16_t& k, int16_t) { ev += "u" + std::to_string(k) + " "; };
+    t.MaxLength = 2;
+    t.TypeText("axbc\b");
+    EXPECT_EQ(t.Text(), "a");
+    EXPECT_EQ(ev, "d65 p c u65 d88 p u88 d66 p c u66 d67 p u67 d8 p c u8 ");
+}
+
 TEST_F(FormTest, OptionsOfAGroupExcludeEachOther) {
     frmProbe f;
     int clicks = 0;

@@ -221,7 +221,7 @@ TEST_F(QVTextBoxTest, KeyDroppedWhenItWouldNotFitTheEdit) {
     EXPECT_EQ(b.EditText(), "9");
 }
 
-TEST_F(QVTextBoxTest, TypingRaisesKeyPressThenChangeAndReturnRaisesReturnKey) {
+TEST_F(QVTextBoxTest, TypingRaisesKeyDownPressChangeUpAndReturnRaisesReturnKey) {
     QVTextBox b("t");
     std::vector<std::string> events;
     b.KeyPress = [&](int16_t& k) {
@@ -229,9 +229,12 @@ TEST_F(QVTextBoxTest, TypingRaisesKeyPressThenChangeAndReturnRaisesReturnKey) {
         if (k == '5') k = 0;
     };
     b.Change = [&] { events.push_back("change " + b.EditText()); };
+    b.KeyDown = [&](int16_t& k, int16_t) { events.push_back("down " + std::to_string(k)); };
+    b.KeyUp = [&](int16_t& k, int16_t) { events.push_back("up " + std::to_string(k)); };
     b.QVReturnKey = [&] { events.push_back("return"); };
     b.TypeText("45\r");
-    EXPECT_EQ(events, (std::vector<std::string>{"key 52", "change 4", "key 53", "return"}));
+    EXPECT_EQ(events, (std::vector<std::string>{"down 52", "key 52", "change 4", "up 52", "down 53", "key 53", "up 53",
+                                                "down 13", "return", "up 13"}));
 }
 
 TEST_F(QVTextBoxTest, ArrowKeysStepWithinTheLimits) {
@@ -257,7 +260,7 @@ TEST_F(QVTextBoxTest, ArrowKeysStepWithinTheLimits) {
         b.Max = 10;
         int validated = 0;
         b.ValidateEvent = [&](bool&) { ++validated; };
-        b.KeyDown(r.key);
+        b.SendKey(r.key);
         EXPECT_EQ(b.EditText(), r.after) << r.start;
     }
     auto bp = Box(3, "0.5");
