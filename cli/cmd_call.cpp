@@ -276,6 +276,9 @@ struct CallOptions {
 
 }  // namespace
 
+nlohmann::ordered_json VariantToJson(const Variant& v) { return ToJson(v); }
+Variant VariantFromWord(const std::string& word) { return FromWord(word); }
+
 void AddCallCommand(CLI::App& app, Context& ctx) {
     auto o = std::make_shared<CallOptions>();
     CLI::App* cmd = app.add_subcommand(

@@ -3,6 +3,9 @@
 // returns through the exit code it stores.
 
 #include <CLI/CLI.hpp>
+#include <nlohmann/json.hpp>
+
+#include "support/vb.h"
 
 namespace qvrl::cli {
 
@@ -19,6 +22,12 @@ void AddDbContoursCommand(CLI::App& import, Context& ctx);
 void AddTownCommands(CLI::App& app, Context& ctx);
 void AddSiteCommand(CLI::App& app, Context& ctx);
 void AddCpCommand(CLI::App& app, Context& ctx);
+void AddSessionCommand(CLI::App& app, Context& ctx);
+
+// A tagged value as `call` prints it, and a command-line word as `call`
+// reads it (JSON where it parses, else a text).
+nlohmann::ordered_json VariantToJson(const Variant& v);
+Variant VariantFromWord(const std::string& word);
 
 // Applies --lang after the language objects are set up.
 void ApplyLanguage(const Context& ctx);

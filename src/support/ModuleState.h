@@ -59,6 +59,13 @@ struct ModuleState {
     // store; settled anew by each InitCpeMdb.
     bool UseCpeTxt = false;
 
+    // QVTextBox: the decimal character of the shown numbers (Format itself
+    // always writes "."), and what all boxes share while one validates.
+    char DecimalChar = '.';
+    bool QVTextBoxValidating = false;
+    std::string QVTextBoxValidateName;
+    bool QVTextBoxError = false;
+
     // Database connections, each held by the module that opened it and kept
     // until the process ends or its owner drops it.
     std::shared_ptr<Database> CpeDb;         // modWindCpMdb: qvrl.mdb

@@ -35,6 +35,10 @@ int32_t HeadlessPlatform::TextWidth(const std::string& text) {
     return chars * 7;
 }
 
+void HeadlessPlatform::SetFocus(FormBase& form, const std::string& controlKey, bool selectAll) {
+    focusMoves_.push_back(form.FormName() + "." + controlKey + (selectAll ? " selected" : ""));
+}
+
 void HeadlessPlatform::Clear() {
     messages_.clear();
     answers_.clear();

@@ -41,7 +41,14 @@ class FormBase {
 public:
     virtual ~FormBase() = default;
     virtual std::string FormName() const = 0;
+    // Whether the form is shown; a modal show ends when this turns false.
+    virtual bool IsShown() const { return false; }
+    // Raised by the platform when the form becomes the active window.
+    virtual void RaiseActivate() {}
 };
+
+// Twips per pixel at the 96 dots per inch the dialogs are designed for.
+inline constexpr int32_t TwipsPerPixel = 15;
 
 class Platform {
 public:
@@ -56,6 +63,25 @@ public:
     virtual void FocusNextControl(FormBase& form) = 0;
     // Width of a text in pixels in the form's font.
     virtual int32_t TextWidth(const std::string& text) = 0;
+
+    // The form model has loaded (before Form_Load) or is unloaded for good;
+    // a view is built or destroyed here. UnloadForm also comes from the
+    // form's destructor: use the form's address only, not its members.
+    virtual void LoadForm(FormBase&) {}
+    virtual void UnloadForm(FormBase&) {}
+    // A form shown without waiting (a progress window); it stays until hidden.
+    virtual void ShowModeless(FormBase&) {}
+    // The form hid itself; a modal show of it returns.
+    virtual void HideForm(FormBase&) {}
+    // The form is brought to the front and made the active window.
+    virtual void ActivateForm(FormBase& form) { form.RaiseActivate(); }
+    // The model moved the focus to a control (a key such as "txtWind(0)"),
+    // with all of its text selected when selectAll is set.
+    virtual void SetFocus(FormBase&, const std::string& /*controlKey*/, bool /*selectAll*/) {}
+    // Width of a text in twips, in the named font; the dialogs' widths are twips.
+    virtual int32_t TextWidthTwips(const std::string& text, const std::string& /*fontName*/, double /*fontSize*/) {
+        return TextWidth(text) * TwipsPerPixel;
+    }
 };
 
 // The platform of tests and of hosts without a screen: message boxes are
@@ -75,6 +101,7 @@ public:
     void DoEvents() override { ++doEvents_; }
     void FocusNextControl(FormBase& form) override { focusMoves_.push_back(form.FormName()); }
     int32_t TextWidth(const std::string& text) override;
+    void SetFocus(FormBase& form, const std::string& controlKey, bool selectAll) override;
 
     // Answers given in order; when none is queued the first button answers.
     void QueueAnswer(int32_t answer) { answers_.push_back(answer); }
@@ -82,6 +109,7 @@ public:
 
     const std::vector<Message>& Messages() const { return messages_; }
     const std::vector<std::string>& ShownForms() const { return shown_; }
+    // "frmX" for a move by {TAB}, "frmX.txtA(0)" (and " selected") for one to a control.
     const std::vector<std::string>& FocusMoves() const { return focusMoves_; }
     int32_t DoEventsCount() const { return doEvents_; }
     void Clear();
