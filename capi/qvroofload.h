@@ -194,6 +194,12 @@ QVRL_API int32_t qvrl_last_error_number(void);
 QVRL_API const char* qvrl_last_error_description(void);
 QVRL_API const char* qvrl_last_error_source(void);
 
+/* Dialogs from here on are real Qt dialogs on the screen (the library
+ * libqvroofload_qt beside this one is loaded, and a QApplication made when the
+ * host has none). Without it, or without a display, 429 and the reason;
+ * dialogs then stay headless. */
+QVRL_API qvrl_status qvrl_use_qt_dialogs(void);
+
 /* Discovery: every public class with its members. The data belongs to the
  * library, stays valid until the process ends, and is never freed. */
 typedef enum qvrl_member_kind { QVRL_METHOD = 0, QVRL_PROPERTY_GET = 1, QVRL_PROPERTY_LET = 2 } qvrl_member_kind;

@@ -17,6 +17,7 @@
 #include "automation/Dispatch.h"
 #include "interchange/TextFile.h"
 #include "maintenance/StoreImports.h"
+#include "support/DesktopPlatform.h"
 #include "support/errors.h"
 #include "support/vb.h"
 
@@ -440,6 +441,10 @@ qvrl_status qvrl_classes(const qvrl_class_info** classes, size_t* count) {
         *classes = catalogue.classes.data();
         *count = catalogue.classes.size();
     });
+}
+
+qvrl_status qvrl_use_qt_dialogs(void) {
+    return Guard([] { qvrl::UseDesktopPlatform(); });
 }
 
 }  // extern "C"

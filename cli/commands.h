@@ -3,8 +3,12 @@
 // returns through the exit code it stores.
 
 #include <CLI/CLI.hpp>
+#include <memory>
 #include <nlohmann/json.hpp>
+#include <vector>
 
+#include "automation/Dispatch.h"
+#include "support/Platform.h"
 #include "support/vb.h"
 
 namespace qvrl::cli {
@@ -28,6 +32,14 @@ void AddSessionCommand(CLI::App& app, Context& ctx);
 // reads it (JSON where it parses, else a text).
 nlohmann::ordered_json VariantToJson(const Variant& v);
 Variant VariantFromWord(const std::string& word);
+
+void AddShowCommand(CLI::App& app, Context& ctx);
+
+// Calls Class.Member on a new object under the given platform (none: the
+// current one), restoring the previous platform afterwards. By-reference
+// arguments are written back into args; info names the member called.
+Variant RunMember(const std::string& target, std::vector<Variant>& args, std::shared_ptr<Platform> platform,
+                  const MemberInfo** info = nullptr);
 
 // Applies --lang after the language objects are set up.
 void ApplyLanguage(const Context& ctx);

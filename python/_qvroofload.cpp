@@ -13,6 +13,7 @@
 
 #include "automation/Dispatch.h"
 #include "maintenance/StoreImports.h"
+#include "support/DesktopPlatform.h"
 #include "support/errors.h"
 #include "support/vb.h"
 
@@ -232,6 +233,9 @@ PYBIND11_MODULE(_qvroofload, m) {
     py::class_<Dispatchable, std::shared_ptr<Dispatchable>>(m, "Object", "A public object reached by member names")
         .def_property_readonly("class_name", &Dispatchable::ClassName);
 
+    m.def(
+        "use_qt_dialogs", [] { qvrl::UseDesktopPlatform(); },
+        "Shows dialogs as Qt dialogs on the screen from here on; RuntimeError 429 without Qt or a display.");
     m.def(
         "classes",
         [] {

@@ -31,6 +31,7 @@ TYPELIB_NAME = _native.TYPELIB_NAME
 TYPELIB_ID = _native.TYPELIB_ID
 TYPELIB_VERSION = _native.TYPELIB_VERSION
 TYPELIB_DOC = _native.TYPELIB_DOC
+use_qt_dialogs = _native.use_qt_dialogs
 
 # Result and parameter types that may carry an object reference.
 _MAY_HOLD_OBJECTS = frozenset(("Object", "Variant"))

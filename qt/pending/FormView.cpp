@@ -1,0 +1,132 @@
+#include "FormView.h"
+
+#include <QApplication>
+#include <QCloseEvent>
+#include <QFormLayout>
+#include <QGroupBox>
+#include <QKeyEvent>
+#include <QLineEdit>
+#include <QMessageBox>
+#include <QVBoxLayout>
+
+#include "ControlWidgets.h"
+#include "controls/QVButtons.h"
+#include "support/errors.h"
+
+namespace qvrl::qt {
+
+namespace {
+
+bool IsField(ControlKind k) {
+    return k == ControlKind::ComboBox || k == ControlKind::TextBox || k == ControlKind::ListView ||
+           k == ControlKind::ProgressBar;
+}
+
+}  // namespace
+
+FormView::FormView(Form& form, QWidget* parent) : QDialog(parent), form_(form) {
+    setWindowTitle(QString::fromStdString(form.Caption()));
+    auto* outer = new QVBoxLayout(this);
+    QFormLayout* rows = new QFormLayout;
+    outer->addLayout(rows);
+    QWidget* buttons = nullptr;
+    const auto controls = form.Controls();
+    // The models carry no positions yet: controls stand in tab order, a label
+    // beside the field after it, and a frame holds what follows it up to the
+    // next frame or button strip.
+    for (size_t i = 0; i < controls.size(); ++i) {
+        Control& c = *controls[i];
+        if (c.Kind() == ControlKind::QVButtons) {
+            buttons = MakeControlWidget(c, this);
+            rows = new QFormLayout;
+            outer->addLayout(rows);
+            continue;
+        }
+        if (c.Kind() == ControlKind::QVFrame) {
+            auto* frame = static_cast<QGroupBox*>(MakeControlWidget(c, this));
+            rows = new QFormLayout(frame);
+            outer->addWidget(frame);
+            continue;
+        }
+        QWidget* w = MakeControlWidget(c, this);
+        if (c.Kind() == ControlKind::Label && i + 1 < controls.size() && IsField(controls[i + 1]->Kind())) {
+            rows->addRow(w, MakeControlWidget(*controls[++i], this));
+            continue;
+        }
+        rows->addRow(w);
+    }
+    outer->addStretch(1);
+    if (buttons) {
+        auto* strip = new QHBoxLayout;
+        strip->addStretch(1);
+        strip->addWidget(buttons);
+        outer->addLayout(strip);
+    }
+    connect(qApp, &QApplication::focusChanged, this, [this](QWidget*, QWidget* now) { FocusChanged(now); });
+}
+
+QWidget* FormView::WidgetOf(const std::string& key) const {
+    return findChild<QWidget*>(QString::fromStdString(ControlKey(key, -1)));
+}
+
+void FormView::ShowFocus(const std::string& key, bool selectAll) {
+    QWidget* w = WidgetOf(key);
+    if (!w) return;
+    handingOver_ = true;
+    w->setFocus(Qt::OtherFocusReason);
+    if (auto* edit = qobject_cast<QLineEdit*>(w->focusProxy() ? w->focusProxy() : w); edit && selectAll)
+        edit->selectAll();
+    handingOver_ = false;
+}
+
+void FormView::FocusChanged(QWidget* now) {
+    if (handingOver_ || !now || now->window() != this) return;
+    Control* c = ControlOf(now);
+    if (!c || c == form_.ActiveControl() || !c->TakesFocus()) return;
+    handingOver_ = true;
+    bool moved = false;
+    try {
+        moved = form_.SetFocus(*c);
+    } catch (const RuntimeError& e) {
+        QMessageBox::critical(this, QStringLiteral("QVRoofLoad"), QString::fromStdString(e.description()));
+    }
+    handingOver_ = false;
+    // A failed validation keeps the focus where it was.
+    if (!moved && form_.ActiveControl()) ShowFocus(form_.ActiveControl()->Key(), false);
+}
+
+void FormView::keyPressEvent(QKeyEvent* event) {
+    if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter) {
+        try {
+            form_.PressKey(key::Return);
+        } catch (const RuntimeError& e) {
+            QMessageBox::critical(this, QStringLiteral("QVRoofLoad"), QString::fromStdString(e.description()));
+        }
+        return;
+    }
+    QDialog::keyPressEvent(event);  // Escape ends in reject()
+}
+
+void FormView::Cancel() {
+    try {
+        if (form_.PressKey(key::Escape)) return;
+        for (Control* c : form_.Controls())
+            if (c->Kind() == ControlKind::QVButtons && c->Enabled() && c->Visible()) {
+                static_cast<QVButtons*>(c)->Buttons(1).PerformClick();
+                return;
+            }
+        form_.Hide();
+    } catch (const RuntimeError& e) {
+        QMessageBox::critical(this, QStringLiteral("QVRoofLoad"), QString::fromStdString(e.description()));
+    }
+}
+
+// The dialog closes when the model hides it, never by itself.
+void FormView::reject() { Cancel(); }
+
+void FormView::closeEvent(QCloseEvent* event) {
+    event->ignore();
+    Cancel();
+}
+
+}  // namespace qvrl::qt

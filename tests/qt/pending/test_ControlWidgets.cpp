@@ -1,0 +1,109 @@
+#include <QLineEdit>
+#include <QTest>
+
+#include "ControlWidgets.h"
+#include "FormView.h"
+#include "QtTests.h"
+#include "controls/Form.h"
+#include "controls/QVButtons.h"
+#include "controls/QVTextBox.h"
+
+namespace qvrl::qt::test {
+
+namespace {
+
+// Two boxes and the strip, every event written down in the order raised.
+class frmProbe : public Form {
+public:
+    frmProbe() {
+        a = &Add<QVTextBox>("txtA");
+        b = &Add<QVTextBox>("txtB");
+        buttons = &Add<QVButtons>("QVButtons1");
+        a->KeyPress = [this](int16_t& k) { log.push_back("KeyPress " + std::to_string(k)); };
+        a->Change = [this] { log.push_back("Change " + a->EditText()); };
+        a->ValidateEvent = [this](bool& ok) { log.push_back(std::string("Validate ") + (ok ? "ok" : "failed")); };
+        buttons->OnOk = [this] { log.push_back("OnOk"); };
+        buttons->OnCancel = [this] { log.push_back("OnCancel"); };
+    }
+    std::string FormName() const override { return "frmProbe"; }
+    QVTextBox* a;
+    QVTextBox* b;
+    QVButtons* buttons;
+    std::vector<std::string> log;
+};
+
+QLineEdit* EditOf(FormView& v, const char* key) {
+    return static_cast<QVTextBoxWidget*>(v.WidgetOf(key))->Edit();
+}
+
+}  // namespace
+
+class ControlWidgetsTest : public QObject {
+    Q_OBJECT
+private slots:
+    // Typing raises key press then change per character; leaving validates.
+    void typingReachesTheModelInFormOrder() {
+        frmProbe f;
+        FormView v(f);
+        v.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&v));
+        EditOf(v, "txtA")->setFocus();
+        QTRY_VERIFY(f.ActiveControl() == f.a);
+        f.log.clear();
+        QTest::keyClicks(EditOf(v, "txtA"), "1x2");
+        QTest::keyClick(EditOf(v, "txtA"), Qt::Key_Tab);
+        QTRY_VERIFY(f.ActiveControl() == f.b);
+        const std::vector<std::string> want = {"KeyPress 49", "Change 1", "KeyPress 120", "KeyPress 50", "Change 12",
+                                               "Change 12.00", "Validate ok"};
+        QCOMPARE(f.log, want);
+        QCOMPARE(EditOf(v, "txtA")->text(), QStringLiteral("12.00"));
+    }
+
+    // A failed validation keeps the focus in the box.
+    void failedValidationKeepsTheFocus() {
+        frmProbe f;
+        f.a->MinCheck = true;
+        f.a->Min = 5;
+        FormView v(f);
+        v.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&v));
+        EditOf(v, "txtA")->setFocus();
+        QTRY_VERIFY(f.ActiveControl() == f.a);
+        QTest::keyClicks(EditOf(v, "txtA"), "1");
+        QTest::keyClick(EditOf(v, "txtA"), Qt::Key_Tab);
+        QCOMPARE(f.ActiveControl(), static_cast<Control*>(f.a));
+        QCOMPARE(EditOf(v, "txtA")->text(), QStringLiteral("5.00"));
+    }
+
+    void modelChangesShowAtOnce() {
+        frmProbe f;
+        FormView v(f);
+        f.a->DimFac = 100;
+        f.a->Text(Variant(1.5));
+        QCOMPARE(EditOf(v, "txtA")->text(), QStringLiteral("150.00"));
+        f.a->Caption("h");
+        f.a->Dimension("m");
+        auto* w = static_cast<QVTextBoxWidget*>(v.WidgetOf("txtA"));
+        QCOMPARE(w->CaptionLabel()->text(), QStringLiteral("h"));
+        QCOMPARE(w->DimensionLabel()->text(), QStringLiteral("m"));
+        f.a->Enabled(false);
+        QVERIFY(!w->isEnabled());
+    }
+
+    void okAndCancelRaiseTheirEvents() {
+        frmProbe f;
+        FormView v(f);
+        v.show();
+        auto* strip = static_cast<QVButtonsWidget*>(v.WidgetOf("QVButtons1"));
+        QTest::mouseClick(strip->Ok(), Qt::LeftButton);
+        QTest::mouseClick(strip->Cancel(), Qt::LeftButton);
+        const std::vector<std::string> want = {"OnOk", "OnCancel"};
+        QCOMPARE(f.log, want);
+    }
+};
+
+static Add<ControlWidgetsTest> add;
+
+}  // namespace qvrl::qt::test
+
+#include "test_ControlWidgets.moc"
