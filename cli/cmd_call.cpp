@@ -277,7 +277,7 @@ struct CallOptions {
 }  // namespace
 
 nlohmann::ordered_json VariantToJson(const Variant& v) { return ToJson(v); }
-Variant VariantFromWord(const std::string& word) { return FromWord(word); }
+Variant VariantFromWord(const std::string& word, size_t position) { return FromWord(word, position); }
 
 void AddCallCommand(CLI::App& app, Context& ctx) {
     auto o = std::make_shared<CallOptions>();

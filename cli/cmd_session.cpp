@@ -129,7 +129,7 @@ void AddSessionCommand(CLI::App& app, Context& ctx) {
         for (size_t i = 0; i < rest.size(); ++i) {
             if (rest[i] == "--script" && i + 1 < rest.size()) o->script = rest[++i];
             else if (rest[i].rfind("--script=", 0) == 0) o->script = rest[i].substr(9);
-            else args.push_back(VariantFromWord(rest[i]));
+            else args.push_back(VariantFromWord(rest[i], args.size() + 1));
         }
         if (o->target.empty()) throw CLI::ValidationError("session", "name a member as Class.Member");
         if (o->script.empty()) throw CLI::ValidationError("session", "--script FILE is required (- for standard input)");

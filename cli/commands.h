@@ -29,9 +29,9 @@ void AddCpCommand(CLI::App& app, Context& ctx);
 void AddSessionCommand(CLI::App& app, Context& ctx);
 
 // A tagged value as `call` prints it, and a command-line word as `call`
-// reads it (JSON where it parses, else a text).
+// reads it (JSON where it parses, else a text; position names it in errors).
 nlohmann::ordered_json VariantToJson(const Variant& v);
-Variant VariantFromWord(const std::string& word);
+Variant VariantFromWord(const std::string& word, size_t position);
 
 void AddShowCommand(CLI::App& app, Context& ctx);
 

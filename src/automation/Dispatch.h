@@ -23,12 +23,6 @@
 
 namespace qvrl {
 
-namespace err {
-// Numbers of the late-bound layer itself.
-inline constexpr int32_t CannotCreateObject = 429;
-inline constexpr int32_t NoAutomation = 430;
-}  // namespace err
-
 // The type library the public classes belong to.
 namespace typelib {
 inline constexpr const char* Name = "QVRoofLoad";

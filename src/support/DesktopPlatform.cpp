@@ -4,7 +4,6 @@
 
 #include <cstddef>
 
-#include "automation/Dispatch.h"
 #include "support/errors.h"
 
 namespace qvrl {

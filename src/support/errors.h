@@ -19,6 +19,9 @@ inline constexpr int32_t InvalidUseOfNull = 94;
 inline constexpr int32_t ObjectNotSet = 91;
 inline constexpr int32_t FileAccess = 75;
 inline constexpr int32_t PathNotFound = 76;
+// The late-bound layer's own, and the dialog library's when it cannot load.
+inline constexpr int32_t CannotCreateObject = 429;
+inline constexpr int32_t NoAutomation = 430;
 inline constexpr int32_t NoSuchMember = 438;
 inline constexpr int32_t WrongArgumentCount = 450;
 inline constexpr int32_t NoCurrentRecord = 3021;
