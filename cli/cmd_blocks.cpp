@@ -1,8 +1,12 @@
 // blocks read FILE: the records of a block file as JSON.
 // blocks write FILE: the same JSON on standard input, written through the
-// block writers as a session writes it.
+// block writers as a session writes it, in one locked rewrite.
 
+#include <sys/stat.h>
+
+#include <cerrno>
 #include <cmath>
+#include <cstring>
 #include <iostream>
 #include <iterator>
 #include <limits>
@@ -14,8 +18,10 @@
 
 #include "commands.h"
 #include "interchange/Records.h"
+#include "interchange/TextFile.h"
 #include "interchange/modAsciiRL.h"
 #include "support/ModuleState.h"
+#include "support/errors.h"
 
 namespace qvrl::cli {
 
@@ -188,9 +194,23 @@ Groups GroupsFrom(const std::vector<std::string>& only) {
 struct Options {
     std::string file;
     std::vector<std::string> only;
+    bool utf8 = false;
 };
 
+// The reader treats a missing file as empty, as hosts expect; a user who
+// names one is told.
+void CheckReadable(const std::string& file) {
+    struct stat st {};
+    if (::stat(file.c_str(), &st) != 0) {
+        const int e = errno;
+        throw BadInput("'" + file + "': " + (e == ENOENT ? std::string("no such file") : std::strerror(e)));
+    }
+    if (S_ISDIR(st.st_mode)) throw BadInput("'" + file + "' is a folder, not a block file");
+    if (!S_ISREG(st.st_mode)) throw BadInput("'" + file + "' is not a regular file");
+}
+
 void Read(const Options& o) {
+    CheckReadable(o.file);
     const Groups g = o.only.empty() ? Groups{true, true, true} : GroupsFrom(o.only);
     int16_t ctrlNorm = kCtrlNormUnknown;
     std::string selectCodes;
@@ -217,14 +237,62 @@ void Read(const Options& o) {
     std::cout << j.dump(2, ' ', false, ordered_json::error_handler_t::replace) << "\n";
 }
 
-void Write(const Options& o) {
-    const std::string text{std::istreambuf_iterator<char>(std::cin), std::istreambuf_iterator<char>()};
-    ordered_json j;
+// Two levels are all a block record needs; the limit keeps a deep text from
+// exhausting the parser's stack.
+constexpr int kMaxJsonDepth = 64;
+
+void CheckDepth(const std::string& text) {
+    int depth = 0;
+    bool inString = false;
+    for (size_t i = 0; i < text.size(); ++i) {
+        const char c = text[i];
+        if (inString) {
+            if (c == '\\') ++i;
+            else if (c == '"') inString = false;
+        } else if (c == '"') {
+            inString = true;
+        } else if (c == '{' || c == '[') {
+            if (++depth > kMaxJsonDepth)
+                throw BadInput("standard input nests JSON deeper than " + std::to_string(kMaxJsonDepth) + " levels");
+        } else if (c == '}' || c == ']') {
+            --depth;
+        }
+    }
+}
+
+ordered_json ParseInput(const std::string& text) {
+    CheckDepth(text);
     try {
-        j = ordered_json::parse(text);
-    } catch (const ordered_json::parse_error& e) {
+        return ordered_json::parse(text);
+    } catch (const ordered_json::out_of_range&) {
+        throw BadInput("standard input holds a number beyond the range of a double");
+    } catch (const ordered_json::exception& e) {
         throw BadInput(std::string("standard input is not valid JSON: ") + e.what());
     }
+}
+
+// A number the file would hold as another number is refused; its field is
+// named with the limits in the record's units.
+void CheckFields(const std::vector<WrittenField>& fields) {
+    for (const auto& f : fields) {
+        if (f.fits) continue;
+        throw BadInput(f.record + "." + f.field + " = " + ordered_json(f.value).dump() +
+                       " does not fit its block file field of " + std::to_string(f.width) + " characters with " +
+                       std::to_string(f.decimals) + " decimals, which would then hold another number");
+    }
+}
+
+void WarnUnencodable(const std::vector<WrittenField>& fields, const std::string& file) {
+    for (const auto& f : fields)
+        if (f.quoted && !CanEncode(f.text, TextEncoding::Windows1252))
+            std::cerr << "qvroofload blocks write: warning: " << (f.record.empty() ? "" : f.record + ".") << f.field
+                      << " holds characters that Windows-1252, the encoding of '" << file
+                      << "', lacks; they were written as '?' (--utf8 writes the file as UTF-8)\n";
+}
+
+void Write(const Options& o, int& exitCode) {
+    const std::string text{std::istreambuf_iterator<char>(std::cin), std::istreambuf_iterator<char>()};
+    const ordered_json j = ParseInput(text);
     if (!j.is_object()) throw BadInput("standard input must hold one JSON object");
     static const std::set<std::string> known = {"FileVersion", "ctrlNorm", "selectCodes", "town",
                                                 "wind",        "snow",     "live",        "dead"};
@@ -247,7 +315,7 @@ void Write(const Options& o) {
             "a roof rewrite drops the LIVELOAD block and a live rewrite drops TOWN, WINDLOAD and SNOWLOAD: "
             "choose with --only roof,dead or --only live,dead");
 
-    // Everything is checked before the first writer runs.
+    // Everything is checked before the file is touched.
     if (j.contains("FileVersion")) (void)IntegerFrom<int16_t>(j["FileVersion"], "FileVersion");
     const int16_t ctrlNorm = j.contains("ctrlNorm") ? IntegerFrom<int16_t>(j["ctrlNorm"], "ctrlNorm") : kCtrlNormUnknown;
     const std::string selectCodes = j.contains("selectCodes") ? TextFrom(j["selectCodes"], "selectCodes") : "";
@@ -257,10 +325,28 @@ void Write(const Options& o) {
     const SnowLoadRec snow = FromJson(part("snow"), SnowFields(), "snow");
     const LiveLoadRec live = FromJson(part("live"), LiveFields(), "live");
     const DeadLoadRec dead = FromJson(part("dead"), DeadFields(), "dead");
+    std::vector<WrittenField> fields;
+    const auto add = [&](std::vector<WrittenField> more) { fields.insert(fields.end(), more.begin(), more.end()); };
+    if (g.roof) add(RoofFieldsWritten(town, wind, snow, kScale, selectCodes));
+    if (g.live) add(LiveFieldsWritten(live, kScale));
+    if (g.dead) add(DeadFieldsWritten(dead, kScale));
+    CheckFields(fields);
+    try {
+        (void)CheckRewriteTarget(o.file);
+    } catch (const RuntimeError& e) {
+        throw BadInput(e.description());
+    }
 
-    if (g.roof) WriteRoofBlocks(o.file, town, wind, snow, true, kScale, ctrlNorm, selectCodes);
-    if (g.live) WriteLiveBlocks(o.file, live, true, kScale, ctrlNorm, selectCodes);
-    if (g.dead) WriteDeadBlocks(o.file, dead, true, kScale, ctrlNorm, selectCodes);
+    // One rewrite under the file's lock: the writers of a session, one rename.
+    BlockFileRewrite rewrite(o.file);
+    const bool was1252 = rewrite.Encoding() == TextEncoding::Windows1252;
+    if (was1252 && o.utf8) rewrite.SetEncoding(TextEncoding::Utf8);
+    if (g.roof) rewrite.Roof(town, wind, snow, true, kScale, ctrlNorm, selectCodes);
+    if (g.live) rewrite.Live(live, true, kScale, ctrlNorm, selectCodes);
+    if (g.dead) rewrite.Dead(dead, true, kScale);
+    rewrite.Commit();
+    if (was1252 && !o.utf8) WarnUnencodable(fields, o.file);
+    exitCode = 0;
 }
 
 void AddOnly(CLI::App* cmd, Options& o, const char* what) {
@@ -278,8 +364,13 @@ void AddBlocksCommand(CLI::App& app, Context& ctx) {
     read->add_option("file", ro->file, "The block file")->required();
     AddOnly(read, *ro, "Only these records: roof (town, wind, snow), live, dead; comma-separated");
     read->callback([ro, &ctx] {
-        Read(*ro);
-        ctx.exitCode = 0;
+        try {
+            Read(*ro);
+            ctx.exitCode = 0;
+        } catch (const BadInput& e) {
+            std::cerr << "qvroofload blocks read: " << e.what() << "\n";
+            ctx.exitCode = 2;
+        }
     });
 
     auto wo = std::make_shared<Options>();
@@ -287,13 +378,16 @@ void AddBlocksCommand(CLI::App& app, Context& ctx) {
         "write", "Rewrite a block file from JSON on standard input, in the form 'blocks read' prints");
     write->add_option("file", wo->file, "The block file; created when missing")->required();
     AddOnly(write, *wo, "Only these writers: roof or live, and dead (default: the records the JSON holds)");
+    write->add_flag("--utf8", wo->utf8,
+                    "Write a Windows-1252 file as UTF-8, so that characters that code page lacks survive");
     write->footer(
         "Records missing from the JSON, and fields missing from a record, are zero; ctrlNorm defaults to -99.\n"
-        "Loads are in kN/m2, as 'blocks read' prints them.");
+        "Loads are in kN/m2, as 'blocks read' prints them. A number too wide for its field in the file is\n"
+        "refused. The writers of one call replace the file in one step, and a second writer of the same\n"
+        "file waits for the first.");
     write->callback([wo, &ctx] {
         try {
-            Write(*wo);
-            ctx.exitCode = 0;
+            Write(*wo, ctx.exitCode);
         } catch (const BadInput& e) {
             std::cerr << "qvroofload blocks write: " << e.what() << " (the file was not changed)\n";
             ctx.exitCode = 2;

@@ -1,6 +1,7 @@
 #include "interchange/TextFile.h"
 
 #include <fcntl.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <cerrno>
@@ -119,6 +120,20 @@ std::string Utf8ToWindows1252(std::string_view text) {
     return out;
 }
 
+bool CanEncode(std::string_view text, TextEncoding encoding) {
+    if (encoding != TextEncoding::Windows1252) return true;
+    const std::string bytes = Utf8ToWindows1252(text);
+    // Every character is one byte there, so a "?" of the result lines up with its character.
+    size_t k = 0;
+    char32_t c;
+    for (size_t i = 0; i < text.size(); ++k) {
+        const size_t n = DecodeUtf8(text, i, c);
+        if (n == 0 || (bytes[k] == '?' && c != U'?')) return false;
+        i += n;
+    }
+    return true;
+}
+
 std::vector<std::string> SplitLines(std::string_view text) {
     std::vector<std::string> lines;
     size_t start = 0;
@@ -134,8 +149,14 @@ std::vector<std::string> SplitLines(std::string_view text) {
 }
 
 std::string ReadFileBytes(const std::string& path) {
-    const int fd = ::open(path.c_str(), O_RDONLY | O_CLOEXEC);
+    // Not held up by a FIFO that nobody writes to: that is no file to read.
+    const int fd = ::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY);
     if (fd < 0) RaiseIo(errno, path);
+    struct stat st {};
+    if (::fstat(fd, &st) != 0 || !S_ISREG(st.st_mode)) {
+        ::close(fd);
+        Raise(err::FileAccess, path, "'" + path + "' is not a regular file");
+    }
     std::string bytes;
     char buf[16384];
     for (;;) {

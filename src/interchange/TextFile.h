@@ -26,12 +26,16 @@ std::string Windows1252ToUtf8(std::string_view bytes);
 // A character that code page 1252 lacks, or a byte that is not UTF-8, becomes "?".
 std::string Utf8ToWindows1252(std::string_view text);
 
+// Whether text survives EncodeText in that encoding; false when a character
+// would become "?".
+bool CanEncode(std::string_view text, TextEncoding encoding);
+
 // Lines end at CR LF, at LF or at a lone CR. A last line needs no line end;
 // an empty text has no lines.
 std::vector<std::string> SplitLines(std::string_view text);
 
-// Reads a file whole. A file that cannot be read is error 75 (70 when access
-// is denied).
+// Reads a file whole. A file that cannot be read, or is no regular file, is
+// error 75 (70 when access is denied).
 std::string ReadFileBytes(const std::string& path);
 TextLines DecodeText(std::string_view bytes);
 TextLines ReadTextLines(const std::string& path);

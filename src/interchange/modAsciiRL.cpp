@@ -146,6 +146,9 @@ struct BlockWriter {
     std::string out;
     bool withComments;
     double scale;
+    // When set, every field written is noted here too.
+    std::vector<WrittenField>* fields = nullptr;
+    const char* record = "";
 
     void Comment(std::string_view text) {
         if (withComments) {
@@ -153,86 +156,104 @@ struct BlockWriter {
             out += kEol;
         }
     }
-    void Field(const std::string& text) {
+    void Note(const char* name, bool quoted, double value, int16_t width, int16_t decimals, const std::string& text) {
+        // A fixed picture holds no "e": the text is the exponent form that replaces a number too wide for it.
+        if (fields)
+            fields->push_back({record, name, quoted, value, width, decimals, text,
+                               quoted || text.find('e') == std::string::npos});
+    }
+    void Num(const char* name, const Variant& fileValue, double value, int16_t width, int16_t decimals) {
+        const std::string text = Fixed(fileValue, width, decimals);
+        Note(name, false, value, width, decimals, text);
         out += ' ';
         out += text;
     }
-    void Quoted(const std::string& text) {
+    void Int(const char* name, int16_t v) { Num(name, Variant(v), v, 10, 0); }
+    void Plain(const char* name, double v, int16_t decimals) { Num(name, Variant(v), v, 10, decimals); }
+    void Scaled(const char* name, double v) { Num(name, Variant(fp::Div(v, scale)), v, 10, 6); }
+    void Quoted(const char* name, const std::string& text) {
+        Note(name, true, 0.0, 0, 0, text);
         out += " '";
         out += text;
         out += '\'';
     }
     void End() { out += kEol; }
-    double Unscaled(double v) const { return fp::Div(v, scale); }
 
     void Version(int16_t ctrlNorm) {
         Comment(kCommentVersion);
-        out += "VERSION";
-        Field(Format(Variant(kWrittenVersion), "000"));
-        Field(Format(Variant(ctrlNorm), "000"));
+        out += "VERSION ";
+        out += Format(Variant(kWrittenVersion), "000");
+        out += ' ';
+        out += Format(Variant(ctrlNorm), "000");
         End();
     }
     void Codes(const std::string& selectCodes) {
         if (Trim(selectCodes).empty()) return;
+        record = "";
         Comment(kCommentCodes);
         out += "SELECTCODES";
-        Quoted(selectCodes);
+        Quoted("selectCodes", selectCodes);
         End();
     }
     void Town(const TownRec& town) {
+        record = "town";
         Comment(kCommentTown);
         out += "TOWN    ";
-        Quoted(town.AGS);
+        Quoted("AGS", town.AGS);
         End();
     }
     void Wind(const WindLoadRec& w) {
+        record = "wind";
         Comment(kCommentWind);
         out += "WINDLOAD";
-        Field(Fixed(w.Norm, 10, 0));
-        Field(Fixed(Unscaled(w.q0), 10, 6));
-        Field(Fixed(w.h, 10, 2));
-        Field(Fixed(w.wz, 10, 0));
-        Field(Fixed(w.cat, 10, 0));
-        Field(Fixed(w.qb, 10, 0));  // no decimals and no scale: hosts read it this way
+        Int("Norm", w.Norm);
+        Scaled("q0", w.q0);
+        Plain("h", w.h, 2);
+        Int("wz", w.wz);
+        Int("cat", w.cat);
+        Plain("qb", w.qb, 0);  // no decimals and no scale: hosts read it this way
         End();
     }
     void Snow(const SnowLoadRec& s) {
+        record = "snow";
         Comment(kCommentSnow);
         out += "SNOWLOAD";
-        Field(Fixed(s.Norm, 10, 0));
-        Field(Fixed(Unscaled(s.s0), 10, 6));
-        Field(Fixed(s.h, 10, 2));
-        Field(Fixed(s.sz, 10, 0));
+        Int("Norm", s.Norm);
+        Scaled("s0", s.s0);
+        Plain("h", s.h, 2);
+        Int("sz", s.sz);
         End();
     }
     void Live(const LiveLoadRec& l) {
+        record = "live";
         Comment(kCommentLive);
         out += "LIVELOAD";
-        Field(Fixed(l.Norm, 10, 0));
-        Field(Fixed(Unscaled(l.p), 10, 6));
-        Field(Fixed(Unscaled(l.Wert), 10, 6));
-        Field(Fixed(l.Wert2, 10, 6));
-        Quoted(l.Zeile);
-        Quoted(l.Unterkategorie);
-        Quoted(l.Nutzung);
-        Quoted(l.Langtext);
-        Field(Fixed(l.pAdd, 10, 4));
-        Quoted(l.ZeileAdd);
-        Quoted(l.KategorieAdd);
-        Quoted(l.NutzungAdd);
-        Quoted(l.BspAdd);
+        Int("Norm", l.Norm);
+        Scaled("p", l.p);
+        Scaled("Wert", l.Wert);
+        Plain("Wert2", l.Wert2, 6);
+        Quoted("Zeile", l.Zeile);
+        Quoted("Unterkategorie", l.Unterkategorie);
+        Quoted("Nutzung", l.Nutzung);
+        Quoted("Langtext", l.Langtext);
+        Plain("pAdd", l.pAdd, 4);
+        Quoted("ZeileAdd", l.ZeileAdd);
+        Quoted("KategorieAdd", l.KategorieAdd);
+        Quoted("NutzungAdd", l.NutzungAdd);
+        Quoted("BspAdd", l.BspAdd);
         End();
     }
     void Dead(const DeadLoadRec& d) {
+        record = "dead";
         Comment(kCommentDead);
         out += "DEADLOAD";
-        Field(Fixed(d.Norm, 10, 0));
-        Field(Fixed(Unscaled(d.g0), 10, 6));
-        Quoted(d.Descr0);
-        Field(Fixed(Unscaled(d.g1), 10, 6));
-        Quoted(d.Descr1);
-        Field(Fixed(Unscaled(d.g2), 10, 6));
-        Quoted(d.Descr2);
+        Int("Norm", d.Norm);
+        Scaled("g0", d.g0);
+        Quoted("Descr0", d.Descr0);
+        Scaled("g1", d.g1);
+        Quoted("Descr1", d.Descr1);
+        Scaled("g2", d.g2);
+        Quoted("Descr2", d.Descr2);
         End();
     }
     void Verbatim(const std::string& line) {
@@ -240,12 +261,6 @@ struct BlockWriter {
         out += kEol;
     }
 };
-
-// The old lines and their encoding; a missing or empty file counts as new.
-TextLines LinesToRewrite(const std::string& fileName) {
-    if (!FileExists(fileName)) return {};
-    return ReadTextLines(fileName);
-}
 
 // The two passes that the roof and the live writer share. ownBlock writes the
 // writer's block for a key of its own and says whether the key was one.
@@ -390,13 +405,14 @@ void ReadDeadBlocks(const std::string& fileName, DeadLoadRec& dead, double /*sca
 
 // ---------------------------------------------------------------- writers
 
-void WriteRoofBlocks(const std::string& fileName, const TownRec& town, const WindLoadRec& wind,
-                     const SnowLoadRec& snow, bool withComments, double scale, int16_t ctrlNorm,
-                     const std::string& selectCodes) {
-    TextLines old = LinesToRewrite(fileName);
-    BlockWriter w{{}, withComments, scale};
+namespace {
+
+std::string ComposeRoof(std::vector<std::string>& lines, const TownRec& town, const WindLoadRec& wind,
+                        const SnowLoadRec& snow, bool withComments, double scale, int16_t ctrlNorm,
+                        const std::string& selectCodes) {
+    BlockWriter w{{}, withComments, scale, nullptr, ""};
     bool townDone = false, windDone = false, snowDone = false;
-    RewriteBlocks(old.lines, w, ctrlNorm, selectCodes, kRoofDropped, [&](const std::string& key) {
+    RewriteBlocks(lines, w, ctrlNorm, selectCodes, kRoofDropped, [&](const std::string& key) {
         if (key == "TOWN") w.Town(town), townDone = true;
         else if (key == "WINDLOAD") w.Wind(wind), windDone = true;
         else if (key == "SNOWLOAD") w.Snow(snow), snowDone = true;
@@ -406,32 +422,30 @@ void WriteRoofBlocks(const std::string& fileName, const TownRec& town, const Win
     if (!townDone) w.Town(town);
     if (!windDone) w.Wind(wind);
     if (!snowDone) w.Snow(snow);
-    ReplaceFile(fileName, EncodeText(w.out, old.encoding));
+    return std::move(w.out);
 }
 
-void WriteLiveBlocks(const std::string& fileName, const LiveLoadRec& live, bool withComments, double scale,
-                     int16_t ctrlNorm, const std::string& selectCodes) {
-    TextLines old = LinesToRewrite(fileName);
-    BlockWriter w{{}, withComments, scale};
+std::string ComposeLive(std::vector<std::string>& lines, const LiveLoadRec& live, bool withComments, double scale,
+                        int16_t ctrlNorm, const std::string& selectCodes) {
+    BlockWriter w{{}, withComments, scale, nullptr, ""};
     bool liveDone = false;
-    RewriteBlocks(old.lines, w, ctrlNorm, selectCodes, kLiveDropped, [&](const std::string& key) {
+    RewriteBlocks(lines, w, ctrlNorm, selectCodes, kLiveDropped, [&](const std::string& key) {
         if (key != "LIVELOAD") return false;
         w.Live(live);
         liveDone = true;
         return true;
     });
     if (!liveDone) w.Live(live);
-    ReplaceFile(fileName, EncodeText(w.out, old.encoding));
+    return std::move(w.out);
 }
 
-void WriteDeadBlocks(const std::string& fileName, const DeadLoadRec& dead, bool withComments, double scale,
-                     int16_t /*ctrlNorm*/, const std::string& /*selectCodes*/) {
-    const TextLines old = LinesToRewrite(fileName);
-    BlockWriter w{{}, withComments, scale};
+std::string ComposeDead(const std::vector<std::string>& lines, const DeadLoadRec& dead, bool withComments,
+                        double scale) {
+    BlockWriter w{{}, withComments, scale, nullptr, ""};
     bool deadDone = false;
     // One pass: it runs after the roof or live writer of the same session and
     // keeps whatever that one wrote.
-    for (const std::string& line : old.lines) {
+    for (const std::string& line : lines) {
         if (UCase(line).starts_with("@DEADLOAD")) continue;
         std::string probe = line;
         if (ExtractBlockKey(probe, true) == "DEADLOAD") {
@@ -442,7 +456,82 @@ void WriteDeadBlocks(const std::string& fileName, const DeadLoadRec& dead, bool 
         }
     }
     if (!deadDone) w.Dead(dead);
-    ReplaceFile(fileName, EncodeText(w.out, old.encoding));
+    return std::move(w.out);
+}
+
+}  // namespace
+
+BlockFileRewrite::BlockFileRewrite(const std::string& fileName) : file_(fileName) {
+    // A missing or empty file counts as new.
+    if (file_.Exists()) text_ = ReadTextLines(file_.Target());
+}
+
+void BlockFileRewrite::Take(std::string composed) {
+    text_.lines = SplitLines(composed);
+    composed_ = std::move(composed);
+}
+
+void BlockFileRewrite::Roof(const TownRec& town, const WindLoadRec& wind, const SnowLoadRec& snow,
+                            bool withComments, double scale, int16_t ctrlNorm, const std::string& selectCodes) {
+    Take(ComposeRoof(text_.lines, town, wind, snow, withComments, scale, ctrlNorm, selectCodes));
+}
+
+void BlockFileRewrite::Live(const LiveLoadRec& live, bool withComments, double scale, int16_t ctrlNorm,
+                            const std::string& selectCodes) {
+    Take(ComposeLive(text_.lines, live, withComments, scale, ctrlNorm, selectCodes));
+}
+
+void BlockFileRewrite::Dead(const DeadLoadRec& dead, bool withComments, double scale) {
+    Take(ComposeDead(text_.lines, dead, withComments, scale));
+}
+
+void BlockFileRewrite::Commit() { file_.Commit(EncodeText(composed_, text_.encoding)); }
+
+void WriteRoofBlocks(const std::string& fileName, const TownRec& town, const WindLoadRec& wind,
+                     const SnowLoadRec& snow, bool withComments, double scale, int16_t ctrlNorm,
+                     const std::string& selectCodes) {
+    BlockFileRewrite rewrite(fileName);
+    rewrite.Roof(town, wind, snow, withComments, scale, ctrlNorm, selectCodes);
+    rewrite.Commit();
+}
+
+void WriteLiveBlocks(const std::string& fileName, const LiveLoadRec& live, bool withComments, double scale,
+                     int16_t ctrlNorm, const std::string& selectCodes) {
+    BlockFileRewrite rewrite(fileName);
+    rewrite.Live(live, withComments, scale, ctrlNorm, selectCodes);
+    rewrite.Commit();
+}
+
+void WriteDeadBlocks(const std::string& fileName, const DeadLoadRec& dead, bool withComments, double scale,
+                     int16_t /*ctrlNorm*/, const std::string& /*selectCodes*/) {
+    BlockFileRewrite rewrite(fileName);
+    rewrite.Dead(dead, withComments, scale);
+    rewrite.Commit();
+}
+
+std::vector<WrittenField> RoofFieldsWritten(const TownRec& town, const WindLoadRec& wind, const SnowLoadRec& snow,
+                                            double scale, const std::string& selectCodes) {
+    std::vector<WrittenField> fields;
+    BlockWriter w{{}, false, scale, &fields, ""};
+    w.Codes(selectCodes);
+    w.Town(town);
+    w.Wind(wind);
+    w.Snow(snow);
+    return fields;
+}
+
+std::vector<WrittenField> LiveFieldsWritten(const LiveLoadRec& live, double scale) {
+    std::vector<WrittenField> fields;
+    BlockWriter w{{}, false, scale, &fields, ""};
+    w.Live(live);
+    return fields;
+}
+
+std::vector<WrittenField> DeadFieldsWritten(const DeadLoadRec& dead, double scale) {
+    std::vector<WrittenField> fields;
+    BlockWriter w{{}, false, scale, &fields, ""};
+    w.Dead(dead);
+    return fields;
 }
 
 }  // namespace qvrl

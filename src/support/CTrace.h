@@ -1,7 +1,8 @@
 #pragma once
 // The trace log. An entry is gathered in memory and reaches the file in one
 // append when the log is closed, so that entries of several processes never
-// interleave.
+// interleave. A log appended to past kTraceLogLimit bytes is first renamed to
+// NAME.1 (the one older file kept), and the entry starts a new one.
 
 #include <cstdint>
 #include <optional>
@@ -10,6 +11,8 @@
 #include "support/vb.h"
 
 namespace qvrl {
+
+constexpr int64_t kTraceLogLimit = 10 * 1024 * 1024;
 
 class CTrace {
 public:
@@ -28,16 +31,21 @@ public:
                   bool lineEnd);
 
 private:
-    void Flush(int fd);
+    // Both return the file the entry went to, which the caller closes.
+    int Flush(int fd);
+    int RotateIfFull(int fd);
     int fd_ = -1;
     bool open_ = false;
+    bool append_ = false;
+    std::string fileName_;
     std::string pending_;
 };
 
 // The file every trace goes to.
 std::string TraceFileName();
 
-// One entry, standing alone: opens the log for appending, writes, closes. Returns 0.
+// One entry, standing alone: opens the log for appending, writes, closes.
+// Returns 0; a log that cannot be written loses the entry and raises nothing.
 int16_t WriteTrace(const std::string& name, const std::optional<Variant>& value = std::nullopt,
                    const std::string& prefix = {}, bool lineEnd = false, bool withTime = false);
 

@@ -1,7 +1,13 @@
 #include <gtest/gtest.h>
 #include <sys/stat.h>
+#include <sys/sysmacros.h>
+#include <sys/wait.h>
+#include <unistd.h>
 
+#include <algorithm>
 #include <filesystem>
+#include <functional>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -453,22 +459,37 @@ TEST_F(BlockFile, DeadBlock) {
 
 TEST_F(BlockFile, NumberFieldsOfTheWindBlock) {
     // qb is neither scaled nor given decimals, and the picture rounds half away
-    // from zero: what comes back is the whole number written.
+    // from zero: what comes back is the whole number written. A number too wide
+    // for its fixed picture gets the exponent form cut to ten characters, which
+    // may read back as another number; the writers say which fields did not fit.
     struct Case {
-        double q0, qb;
+        double q0, h, qb;
         const char* line;
-        double qbBack;
+        double qbBack, hBack;
+        bool fits;
     } cases[] = {
-        {0.5, 0.5, "WINDLOAD          1   0.000050      10.00          2          1          1", 1.0},
-        {0.5, 0.49, "WINDLOAD          1   0.000050      10.00          2          1          0", 0.0},
-        {0.5, 2.5, "WINDLOAD          1   0.000050      10.00          2          1          3", 3.0},
-        {1000.0 * 10000, 0, "WINDLOAD          1   1.000e+3      10.00          2          1          0", 0.0},
-        {-0.25, 0, "WINDLOAD          1  -0.000025      10.00          2          1          0", 0.0},
+        {0.5, 10, 0.5, "WINDLOAD          1   0.000050      10.00          2          1          1", 1.0, 10, true},
+        {0.5, 10, 0.49, "WINDLOAD          1   0.000050      10.00          2          1          0", 0.0, 10, true},
+        {0.5, 10, 2.5, "WINDLOAD          1   0.000050      10.00          2          1          3", 3.0, 10, true},
+        {1000.0 * 10000, 10, 0, "WINDLOAD          1   1.000e+3      10.00          2          1          0", 0.0, 10,
+         false},
+        {-0.25, 10, 0, "WINDLOAD          1  -0.000025      10.00          2          1          0", 0.0, 10, true},
+        {0.5, 9999999.99, 0, "WINDLOAD          1   0.000050 9999999.99          2          1          0", 0.0,
+         9999999.99, true},
+        {0.5, -999999.99, 0, "WINDLOAD          1   0.000050 -999999.99          2          1          0", 0.0,
+         -999999.99, true},
+        {0.5, -1234567.5, 0, "WINDLOAD          1   0.000050  -1.235e+6          2          1          0", 0.0,
+         -1235000, false},
+        {0.5, -1e100, 0, "WINDLOAD          1   0.000050 1.000e+100          2          1          0", 0.0, 1e100,
+         false},
+        {0.5, 10, 1e10, "WINDLOAD          1   0.000050      10.00          2          1  1.000e+10", 1e10, 10,
+         false},
     };
     for (const auto& c : cases) {
         SCOPED_TRACE(c.line);
         Roof r = ExampleRoof();
         r.wind.q0 = c.q0;
+        r.wind.h = c.h;
         r.wind.qb = c.qb;
         const std::string f = File();
         WriteRoof(f, r);
@@ -476,6 +497,13 @@ TEST_F(BlockFile, NumberFieldsOfTheWindBlock) {
         EXPECT_NE(text.find(std::string("\r\n") + c.line + "\r\n"), std::string::npos) << text;
         const Roof back = ReadRoof(f);
         EXPECT_EQ(back.wind.qb, c.qbBack);
+        EXPECT_EQ(back.wind.h, c.hBack);
+        const auto fields = RoofFieldsWritten(r.town, r.wind, r.snow, 10000, "_1_3_");
+        EXPECT_EQ(std::all_of(fields.begin(), fields.end(), [](const WrittenField& w) { return w.fits; }), c.fits);
+        for (const auto& w : fields)
+            if (w.record == "wind" && w.field == "h") {
+                EXPECT_EQ(w.text, std::string(c.line).substr(31, 10));
+            }
     }
     // 1.000e+3 reads back as 1000 kN/cm².
     Roof r = ExampleRoof();
@@ -631,10 +659,14 @@ TEST_F(BlockFile, RewriteKeepsPermissionsAndFollowsLinks) {
     ASSERT_EQ(::stat(f.c_str(), &st), 0);
     EXPECT_EQ(st.st_mode & 07777, 0640u);
 
-    fs::create_symlink("roof.asc", dir_ / "link.asc");
-    WriteRoof(File("link.asc"), ExampleRoof(), 1);
-    EXPECT_TRUE(fs::is_symlink(dir_ / "link.asc"));
+    // A link in another folder: the file it names is replaced in its own folder.
+    fs::create_directories(dir_ / "sub");
+    fs::create_symlink("../roof.asc", dir_ / "sub" / "link.asc");
+    WriteRoof(File("sub/link.asc"), ExampleRoof(), 1);
+    EXPECT_TRUE(fs::is_symlink(dir_ / "sub" / "link.asc"));
     EXPECT_EQ(test::ReadFile(f), kExample);
+    EXPECT_EQ(Listing(), (std::vector<std::string>{"roof.asc", "sub"}));
+    EXPECT_EQ(std::distance(fs::directory_iterator(dir_ / "sub"), fs::directory_iterator{}), 1);
 
     try {
         WriteRoof(File("missing/x.asc"), ExampleRoof());
@@ -642,6 +674,179 @@ TEST_F(BlockFile, RewriteKeepsPermissionsAndFollowsLinks) {
     } catch (const RuntimeError& e) {
         EXPECT_EQ(e.number(), 76);
     }
+}
+
+TEST_F(BlockFile, RewriteRefusesWhatIsNoRegularFile) {
+    ASSERT_EQ(::mkfifo(File("fifo").c_str(), 0644), 0);
+    fs::create_symlink("nowhere.asc", dir_ / "dangling");
+    fs::create_directories(dir_ / "folder");
+    fs::create_symlink("folder", dir_ / "tofolder");
+    // A device node of our own, so that a failure cannot replace a system one.
+    const bool haveDevice = ::mknod(File("null").c_str(), S_IFCHR | 0666, makedev(1, 3)) == 0;
+    struct Case {
+        const char* name;
+        const char* says;
+    } cases[] = {{"fifo", "a FIFO"},      {"dangling", "symbolic link to nothing"},
+                 {"folder", "a folder"}, {"tofolder", "a folder"},
+                 {"null", "a device"}};
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.name);
+        if (std::string(c.name) == "null" && !haveDevice) continue;  // mknod needs privileges
+        struct stat before {};
+        ASSERT_EQ(::lstat(File(c.name).c_str(), &before), 0);
+        try {
+            WriteRoof(File(c.name), ExampleRoof());
+            ADD_FAILURE() << "no error";
+        } catch (const RuntimeError& e) {
+            EXPECT_EQ(e.number(), 75);
+            EXPECT_NE(e.description().find(c.says), std::string::npos) << e.description();
+        }
+        struct stat after {};
+        ASSERT_EQ(::lstat(File(c.name).c_str(), &after), 0);
+        EXPECT_EQ(after.st_ino, before.st_ino);
+        EXPECT_EQ(after.st_mode, before.st_mode);
+    }
+    EXPECT_FALSE(fs::exists(dir_ / "nowhere.asc"));
+    // The reader takes none of them for a file to block on.
+    Roof r = ReadRoof(File("fifo"));
+    EXPECT_EQ(r.wind.Norm, 0);
+}
+
+// Runs body as user nobody in a forked child when we are root, else directly;
+// the child's exit status is body's result.
+int AsUnprivileged(const std::function<int()>& body) {
+    if (::geteuid() != 0) return body();
+    const pid_t pid = ::fork();
+    if (pid == 0) {
+        if (::setgid(65534) != 0 || ::setuid(65534) != 0) ::_exit(99);
+        ::_exit(body());
+    }
+    int status = 0;
+    ::waitpid(pid, &status, 0);
+    return WIFEXITED(status) ? WEXITSTATUS(status) : 98;
+}
+
+TEST_F(BlockFile, WriteProtectedFileIsRefusedAndOwnerKept) {
+    // The folder lets anyone rename, so only the file's own protection stops a rewrite.
+    ASSERT_EQ(::chmod(dir_.c_str(), 0777), 0);
+    const std::string f = Put(kExample);
+    ASSERT_EQ(::chmod(f.c_str(), 0444), 0);
+    if (::geteuid() == 0) {
+        ASSERT_EQ(::chown(f.c_str(), 65534, 65534), 0);
+    }
+    Roof changed = ExampleRoof();
+    changed.wind.Norm = 3;
+    const int rc = AsUnprivileged([&] {
+        try {
+            WriteRoof(f, changed);
+            return 1;
+        } catch (const RuntimeError& e) {
+            return e.number() == 70 && e.description().find("write-protected") != std::string::npos ? 0 : 2;
+        }
+    });
+    ASSERT_NE(rc, 99) << "could not become user nobody";
+    EXPECT_EQ(rc, 0);
+    EXPECT_EQ(test::ReadFile(f), kExample);
+    EXPECT_EQ(Listing(), std::vector<std::string>{"roof.asc"});
+
+    // Root may write it, as it may write it in place; the rewrite keeps mode and owner.
+    if (::geteuid() != 0) GTEST_SKIP() << "keeping another user's ownership needs root";
+    WriteRoof(f, changed);
+    EXPECT_EQ(ReadRoof(f).wind.Norm, 3);
+    struct stat st {};
+    ASSERT_EQ(::stat(f.c_str(), &st), 0);
+    EXPECT_EQ(st.st_mode & 07777, 0444u);
+    EXPECT_EQ(st.st_uid, 65534u);
+    EXPECT_EQ(st.st_gid, 65534u);
+}
+
+TEST_F(BlockFile, SessionWritersMakeOneRewrite) {
+    const std::string old = kExample + "DEADLOAD 1 0.0001 'alt' 0 '' 0 ''\r\n";
+    Roof r = ExampleRoof();
+    r.town.AGS = "1";
+    DeadLoadRec dead;
+    dead.Norm = 1;
+    dead.g0 = 2.5;
+    dead.Descr0 = "neu";
+    // The same bytes as the two writers one after the other.
+    const std::string seq = Put(old, "seq.asc");
+    WriteRoof(seq, r);
+    WriteDeadBlocks(seq, dead, true, 10000);
+    const std::string f = Put(old);
+    {
+        BlockFileRewrite rw(f);
+        rw.Roof(r.town, r.wind, r.snow, true, 10000, 1, "_1_3_");
+        rw.Dead(dead, true, 10000);
+        rw.Commit();
+    }
+    EXPECT_EQ(test::ReadFile(f), test::ReadFile(seq));
+
+    // A failure at the one rename leaves neither block new.
+    SetFileWriteFault(-1, true);
+    {
+        BlockFileRewrite rw(Put(old));
+        rw.Roof(r.town, r.wind, r.snow, true, 10000, 1, "_1_3_");
+        rw.Dead(dead, true, 10000);
+        EXPECT_THROW(rw.Commit(), RuntimeError);
+    }
+    SetFileWriteFault(-1, false);
+    EXPECT_EQ(test::ReadFile(f), old);
+}
+
+TEST_F(BlockFile, LeftoversOfAKilledWriterAreCleanedUp) {
+    const std::string f = Put(kExample);
+    Put("", ".roof.asc.lock");
+    Put("half", ".roof.asc.tmp-4242-0-0");
+    Put("other", ".roof.asc.tmp-1.tmp-4242-0-0");  // a temporary file of "roof.asc.tmp-1", not ours
+    WriteRoof(f, ExampleRoof());
+    EXPECT_EQ(Listing(), (std::vector<std::string>{".roof.asc.tmp-1.tmp-4242-0-0", "roof.asc"}));
+    EXPECT_EQ(test::ReadFile(f), kExample);
+}
+
+TEST_F(BlockFile, SecondWriterWaitsForTheLock) {
+    const std::string f = Put(kExample);
+    // The child is forked before the parent locks, so that it does not share
+    // the parent's lock; it starts writing once the parent holds the lock.
+    int gate[2];
+    ASSERT_EQ(::pipe(gate), 0);
+    const pid_t pid = ::fork();
+    if (pid == 0) {
+        ::close(gate[1]);
+        char b;
+        if (::read(gate[0], &b, 1) != 1) ::_exit(2);
+        DeadLoadRec dead;
+        dead.Descr0 = "child";
+        try {
+            WriteDeadBlocks(f, dead, true, 10000);
+        } catch (...) {
+            ::_exit(1);
+        }
+        ::_exit(0);
+    }
+    ::close(gate[0]);
+    std::optional<BlockFileRewrite> held;
+    held.emplace(f);
+    ASSERT_EQ(::write(gate[1], "go", 1), 1);
+    ::close(gate[1]);
+    // Give the child time to read the file if nothing held it back; it must not.
+    ::usleep(200 * 1000);
+    EXPECT_EQ(test::ReadFile(f), kExample);
+    Roof r = ExampleRoof();
+    r.town.AGS = "parent";
+    held->Roof(r.town, r.wind, r.snow, true, 10000, 1, "_1_3_");
+    held->Commit();
+    held.reset();
+    int status = 0;
+    ASSERT_EQ(::waitpid(pid, &status, 0), pid);
+    EXPECT_TRUE(WIFEXITED(status) && WEXITSTATUS(status) == 0);
+    // Neither update is lost: the child read what the parent wrote.
+    EXPECT_EQ(ReadRoof(f).town.AGS, "parent");
+    DeadLoadRec back;
+    int16_t c = 0;
+    std::string codes;
+    ReadDeadBlocks(f, back, 10000, c, codes);
+    EXPECT_EQ(back.Descr0, "child");
+    EXPECT_EQ(Listing(), std::vector<std::string>{"roof.asc"});
 }
 
 // ---------------------------------------------------------------- encodings and line ends
