@@ -2,11 +2,13 @@
 
 #include <gtest/gtest.h>
 
+#include "ErrorOf.h"
 #include "TestEnv.h"
 #include "automation/CWindSnow.h"
 #include "automation/Dispatch.h"
 
 using namespace qvrl;
+using qvrl::test::ErrorOf;
 
 namespace {
 
@@ -56,15 +58,6 @@ std::shared_ptr<Dispatchable> NewProbe(std::shared_ptr<Probe> p = std::make_shar
 
 std::shared_ptr<Dispatchable> NewWindSnow() { return CreateObjectByName("CWindSnow"); }
 
-int ErrorOf(const std::function<void()>& f) {
-    try {
-        f();
-    } catch (const RuntimeError& e) {
-        return e.number();
-    }
-    return 0;
-}
-
 class DispatchProperties : public test::IsolatedTest {};
 
 TEST_F(DispatchProperties, AccessorPairsStoreWhatIsLetWithBasicConversion) {
@@ -90,6 +83,11 @@ TEST_F(DispatchProperties, AccessorPairsStoreWhatIsLetWithBasicConversion) {
         p->LetProperty(c.property, c.let);
         EXPECT_EQ(p->GetProperty(c.property), c.get);
     }
+    // A property reads as a call without arguments, and takes none.
+    std::vector<Variant> none, one{Variant(1.0)};
+    EXPECT_EQ(p->Invoke("Ratio", none), Variant(0.0));
+    EXPECT_EQ(p->Invoke("Plain", none), Variant(7.0));
+    EXPECT_EQ(ErrorOf([&] { p->Invoke("Ratio", one); }), 450);
 }
 
 TEST_F(DispatchProperties, WrongValuesAreRefusedAndLeaveTheProperty) {
@@ -121,15 +119,6 @@ TEST_F(DispatchProperties, WrongValuesAreRefusedAndLeaveTheProperty) {
     EXPECT_EQ(ErrorOf([&] { p->GetProperty("NoSuch"); }), 438);
 }
 
-TEST_F(DispatchProperties, APropertyReadsAsACallWithoutArguments) {
-    auto p = NewProbe();
-    p->LetProperty("Ratio", Variant(0.25));
-    std::vector<Variant> none;
-    EXPECT_EQ(p->Invoke("Ratio", none), Variant(0.25));
-    std::vector<Variant> one{Variant(1.0)};
-    EXPECT_EQ(ErrorOf([&] { p->Invoke("Ratio", one); }), 450);
-}
-
 TEST_F(DispatchProperties, EachPropertyIsAGetAndALetOfOneName) {
     const auto& infos = NewProbe()->Members();
     ASSERT_EQ(infos.size(), 13u);
@@ -151,26 +140,18 @@ TEST_F(DispatchProperties, EachPropertyIsAGetAndALetOfOneName) {
 }
 
 TEST_F(DispatchProperties, AMemberRegisteredTwiceIsRefused) {
-    EXPECT_THROW(dispatch::Table<Probe>({
-                     dispatch::BindProperty("Ratio", &Probe::Ratio, &Probe::Ratio, "a"),
-                     dispatch::BindProperty("RATIO", &Probe::Plain, "b"),
-                 }),
+    using dispatch::Bind;
+    using dispatch::BindProperty;
+    // Names are case-blind; a method and a property may not share one, whichever comes first.
+    EXPECT_THROW(dispatch::Table<Probe>({BindProperty("Ratio", &Probe::Ratio, &Probe::Ratio, "a"),
+                                         BindProperty("RATIO", &Probe::Plain, "b")}),
                  std::logic_error);
-    // A method and a property may not share a name, whichever comes first.
-    EXPECT_THROW(dispatch::Table<Probe>({
-                     dispatch::Bind("Plain", &Probe::Kept, {}, "a"),
-                     dispatch::BindProperty("Plain", &Probe::Plain, "b"),
-                 }),
+    EXPECT_THROW(dispatch::Table<Probe>({Bind("Plain", &Probe::Kept, {}, "a"), BindProperty("Plain", &Probe::Plain, "b")}),
                  std::logic_error);
-    EXPECT_THROW(dispatch::Table<Probe>({
-                     dispatch::BindProperty("Plain", &Probe::Plain, "b"),
-                     dispatch::Bind("plain", &Probe::Kept, {}, "a"),
-                 }),
+    EXPECT_THROW(dispatch::Table<Probe>({BindProperty("Plain", &Probe::Plain, "b"), Bind("plain", &Probe::Kept, {}, "a")}),
                  std::logic_error);
-    EXPECT_NO_THROW(dispatch::Table<Probe>({
-        dispatch::BindProperty("Plain", &Probe::Plain, "b"),
-        dispatch::Bind("Kept", &Probe::Kept, {}, "a"),
-    }));
+    EXPECT_NO_THROW(
+        dispatch::Table<Probe>({BindProperty("Plain", &Probe::Plain, "b"), Bind("Kept", &Probe::Kept, {}, "a")}));
 }
 
 TEST_F(DispatchProperties, ObjectValuesCompareByTheObjectTheyReach) {

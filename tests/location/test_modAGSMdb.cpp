@@ -5,6 +5,7 @@
 
 #include <filesystem>
 #include <string>
+#include <tuple>
 #include <vector>
 
 #include "ErrorOf.h"
@@ -39,13 +40,10 @@ protected:
     std::vector<TownRec> Towns(int32_t bl, int32_t reg, int32_t lk, const std::string& plz, const std::string& name,
                                const std::string& ags = "") {
         StateRec s;
-        s.BL_ID = bl;
         RegionRec r;
-        r.BL_ID = bl;
-        r.Reg_ID = reg;
         CountyRec c;
-        c.BL_ID = bl;
-        c.Reg_ID = reg;
+        s.BL_ID = r.BL_ID = c.BL_ID = bl;
+        r.Reg_ID = c.Reg_ID = reg;
         c.LK_ID = lk;
         std::vector<TownRec> list;
         ReadGemFromAGS(s, r, c, list, plz, name, ags);
@@ -166,14 +164,8 @@ TEST_F(AGSMdb, FootnotesAndNamesOfBlankRows) {
 TEST_F(AGSMdb, FindTownByAGSMatchesTheKeyExactly) {
     TownRec t;
     FindTownByAGS("09162000", t);
-    EXPECT_EQ(t.Gemeinde, "München");
-    EXPECT_EQ(t.BL_ID, 9);
-    EXPECT_EQ(t.BL_ShortName, "BY");
-    EXPECT_EQ(t.Reg_ID, 1);
-    EXPECT_EQ(t.LK_ID, 62);
-    EXPECT_EQ(t.Gem_ID, 0);
-    EXPECT_EQ(t.PLZ, "80331");
-    EXPECT_EQ(t.Modified, 0);
+    EXPECT_EQ(std::tie(t.Gemeinde, t.BL_ID, t.BL_ShortName, t.Reg_ID, t.LK_ID, t.Gem_ID, t.PLZ, t.Modified),
+              std::make_tuple(std::string("München"), 9, std::string("BY"), 1, 62, 0, std::string("80331"), 0));
     // No leading zero, a trailing blank, "0" and text read other rows or none:
     // the record stays cleared.
     for (const char* key : {"9162000", "09162000 ", "0", "abc", "", "0916200"}) {

@@ -4,11 +4,11 @@
 #include <gtest/gtest.h>
 
 #include <cstdlib>
-#include <functional>
 #include <filesystem>
 #include <string>
 #include <vector>
 
+#include "ErrorOf.h"
 #include "TestEnv.h"
 #include "store/ModuleQueries.h"
 #include "store/modDAO.h"
@@ -18,6 +18,7 @@
 #include "support/modLowLevel.h"
 
 using namespace qvrl;
+using qvrl::test::ErrorOf;
 namespace fs = std::filesystem;
 using dao::dbDouble;
 using dao::dbInteger;
@@ -141,14 +142,10 @@ std::vector<double> Keys(Recordset& rs, const std::string& key) {
     return r;
 }
 
-int32_t ErrorOf(const std::function<void()>& f) {
-    try {
-        f();
-    } catch (const RuntimeError& e) {
-        return e.number();
-    }
-    return 0;
-}
+struct WhereCase {
+    const char* where;
+    std::vector<double> ids;
+};
 
 class DAOTest : public test::IsolatedTest {
 protected:
@@ -217,11 +214,7 @@ TEST_F(DAOTest, FigureRowsReadAsNumbersInTableOrder) {
 
 TEST_F(DAOTest, TextComparesCaseBlindUmlautsIncluded) {
     auto db = Sample();
-    struct Case {
-        const char* where;
-        std::vector<double> ids;
-    };
-    const Case cases[] = {
+    const WhereCase cases[] = {
         {"Gemeinde = 'MÜNCHEN'", {1}},
         {"Gemeinde = 'münchen'", {1}},
         {"Gemeinde = 'Munchen'", {}},
@@ -232,7 +225,7 @@ TEST_F(DAOTest, TextComparesCaseBlindUmlautsIncluded) {
         {"Gemeinde <> 'münchen' AND BL_ID = '09'", {3, 6, 2}},
         {"AGS >= '09' AND AGS < '09500000'", {3, 2, 1}},
     };
-    for (const Case& c : cases) {
+    for (const WhereCase& c : cases) {
         SCOPED_TRACE(c.where);
         auto rs = db->OpenRecordset(std::string("SELECT * FROM slzwlz WHERE ") + c.where + " ORDER BY Gemeinde, ID",
                                     dao::dbOpenSnapshot);
@@ -246,20 +239,15 @@ TEST_F(DAOTest, TextComparesCaseBlindUmlautsIncluded) {
 
 TEST_F(DAOTest, ArithmeticIsFloatingAsInJet) {
     auto db = Sample();
-    struct Case {
-        const char* where;
-        std::vector<double> ids;
-    };
-    const Case cases[] = {
+    const WhereCase cases[] = {
         {"ID / 4 = 0.25", {1}},  // no integer division
         {"(ID - 0.5) * 2 = 13", {7}},
         {"-ID < -13", {14}},
         {"Typ * 10 + Norm = 43 AND Theta = 90", {1, 2}},
         {"HzuD / 2 >= 2.5", {11}},
     };
-    for (const Case& c : cases) {
-        auto rs = db->OpenRecordset(std::string("SELECT * FROM cpe WHERE ") + c.where + " ORDER BY ID",
-                                    dao::dbOpenSnapshot);
+    for (const WhereCase& c : cases) {
+        auto rs = db->OpenRecordset(std::string("SELECT * FROM cpe WHERE ") + c.where + " ORDER BY ID", dao::dbOpenSnapshot);
         EXPECT_EQ(Keys(*rs, "ID"), c.ids) << c.where;
     }
 }
