@@ -14,6 +14,7 @@
 
 #include "automation/CRoofLoad.h"
 #include "automation/Dispatch.h"
+#include "automation/StoreFailure.h"
 #include "commands.h"
 #include "cp/CWindCpTable.h"
 #include "support/errors.h"
@@ -166,6 +167,18 @@ ordered_json ErrorJson(int32_t number, const std::string& description) {
     return {{"error", {{"number", number}, {"description", description}}}};
 }
 
+// The store route ends in an empty record when qvrl.mdb does not open; that
+// must not pass for "no coefficients". Null when the request is answered.
+ordered_json RunChecked(CRoofLoad& roof, const Request& r, ordered_json& answer) {
+    ClearStoreOpenError();
+    answer = Run(roof, r);
+    const StoreFailure f = LastStoreFailure();
+    if (!r.store || f.Kind == StoreFailureKind::None) return nullptr;
+    ordered_json e = ErrorJson(f.Error.Number, f.Error.Description);
+    e["error"]["file"] = f.Error.File;
+    return e;
+}
+
 // ---- the readable table ----
 
 std::string Cell(double v) {
@@ -261,7 +274,9 @@ Request ParseLine(const std::string& line) {
 
 ordered_json AnswerLine(CRoofLoad& roof, const std::string& line) {
     try {
-        return Run(roof, ParseLine(line));
+        ordered_json answer;
+        const ordered_json failed = RunChecked(roof, ParseLine(line), answer);
+        return failed.is_null() ? answer : failed;
     } catch (const RequestError& e) {
         return ErrorJson(e.number, e.text);
     } catch (const RuntimeError& e) {
@@ -383,12 +398,18 @@ void AddCpCommand(CLI::App& app, Context& ctx) {
         if (o->normOption->count() > 0 && !r.store)
             std::cerr << "qvroofload cp: --norm is read only with --store; the built-in tables are those of "
                          "DIN 1055-4:2005\n";
-        ordered_json answer;
+        ordered_json answer, failed;
         try {
             CRoofLoad roof;
-            answer = Run(roof, r);
+            failed = RunChecked(roof, r, answer);
         } catch (const RuntimeError& e) {
             std::cerr << "qvroofload cp: error " << e.number() << ": " << e.description() << "\n";
+            ctx.exitCode = 1;
+            return;
+        }
+        if (!failed.is_null()) {
+            std::cerr << "qvroofload cp: " << LastStoreFailure().Message() << "\n";
+            if (!o->table) std::cout << failed.dump() << "\n";
             ctx.exitCode = 1;
             return;
         }

@@ -5,6 +5,7 @@
 #include <nlohmann/json.hpp>
 #include <sstream>
 
+#include "automation/StoreFailure.h"
 #include "commands.h"
 #include "validate.h"
 #include "location/modAGSMdb.h"
@@ -127,6 +128,28 @@ void HintEmpty(bool en) {
     }
 }
 
+// A file the answer rests on that did not open ends the command; the user's
+// corrections that did not open leave the shipped rows standing, which are
+// printed with a warning and status 1, so that no script takes them for
+// corrected values.
+bool StopOnDataFailure(const StoreFailure& f, const char* command, bool json) {
+    if (f.Kind != StoreFailureKind::Data) return false;
+    std::cerr << "qvroofload " << command << ": " << f.Message() << "\n";
+    if (json)
+        std::cout << ordered_json{{"error",
+                                   {{"number", f.Error.Number}, {"file", f.Error.File}, {"description", f.Error.Description}}}}
+                         .dump(2)
+                  << "\n";
+    return true;
+}
+
+int WarnOnCorrections(const StoreFailure& f, const char* command, int status) {
+    if (f.Kind != StoreFailureKind::Corrections) return status;
+    std::cerr << "qvroofload " << command << ": warning: your corrections were left out, the values are the shipped "
+              << "ones: " << f.Message() << "\n";
+    return 1;
+}
+
 bool Digits(const std::string& s) {
     if (s.empty()) return false;
     for (char c : s)
@@ -141,17 +164,20 @@ int RunTown(const TownOptions& o) {
         return 2;
     }
     TownRec t;
+    ClearStoreOpenError();
     if (Eurocode(o)) FindTownByAGSEN(o.land, o.ags, t);
     else FindTownByAGS(o.ags, t);
+    const StoreFailure failure = LastStoreFailure();
+    if (StopOnDataFailure(failure, "town", o.json)) return 1;
     if (t.AGS.empty()) {
         std::cerr << "qvroofload: no municipality has the key " << o.ags
                   << (Eurocode(o) ? " in country " + std::to_string(o.land) : std::string()) << "\n";
         HintEmpty(Eurocode(o));
-        return 1;
+        return WarnOnCorrections(failure, "town", 1);
     }
     if (o.json) std::cout << TownJson(t, Eurocode(o)).dump(2) << "\n";
     else PrintTown(std::cout, t, Eurocode(o));
-    return 0;
+    return WarnOnCorrections(failure, "town", 0);
 }
 
 int RunTowns(const TownOptions& o) {
@@ -166,6 +192,7 @@ int RunTowns(const TownOptions& o) {
     const bool en = Eurocode(o);
     const int32_t region = o.region < 0 ? 0 : o.region;
     std::vector<TownRec> list;
+    ClearStoreOpenError();
     if (en) {
         LandRec land;
         land.Land_ID = o.land;
@@ -194,6 +221,8 @@ int RunTowns(const TownOptions& o) {
         county.LK_ID = o.county;
         ReadGemFromAGS(state, reg, county, list, o.plz, o.name, "");
     }
+    const StoreFailure failure = LastStoreFailure();
+    if (StopOnDataFailure(failure, "towns", o.json)) return 1;
     if (o.json) {
         ordered_json a = ordered_json::array();
         for (size_t i = 1; i < list.size(); ++i) a.push_back(TownJson(list[i], en));
@@ -204,7 +233,7 @@ int RunTowns(const TownOptions& o) {
         std::cout << text.str();
     }
     if (list.size() <= 1) HintEmpty(en);
-    return 0;
+    return WarnOnCorrections(failure, "towns", 0);
 }
 
 }  // namespace

@@ -84,8 +84,7 @@ Variant FromPy(const py::handle& o, int depth) {
         const long long v = PyLong_AsLongLongAndOverflow(o.ptr(), &overflow);
         if (overflow != 0) Raise(err::Overflow);
         if (v == -1 && PyErr_Occurred()) throw py::error_already_set();
-        if (v >= INT32_MIN && v <= INT32_MAX) return Variant(static_cast<int32_t>(v));
-        return Variant(static_cast<double>(v));
+        return qvrl::VariantFromInteger(static_cast<int64_t>(v));
     }
     if (py::isinstance<py::float_>(o)) {
         const double v = o.cast<double>();

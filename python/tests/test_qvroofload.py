@@ -136,6 +136,9 @@ class Errors(unittest.TestCase):
             ("not a number", ws.SnowMue1, (math.nan,), 5),
             ("infinite", ws.SnowMue1, (math.inf,), 5),
             ("beyond 16 bits", ws.WindReferencePressure_DIN1055_4_2005, (40000,), 6),
+            ("beyond 2^53, no Double holds it exactly", ws.SnowMue1, ((1 << 53) + 1,), 6),
+            ("below -2^53", ws.SnowMue1, (-(1 << 53) - 1,), 6),
+            ("the largest 64-bit integer", ws.SnowMue1, ((1 << 63) - 1,), 6),
             ("beyond 64 bits", ws.SnowMue1, (1 << 70,), 6),
             ("a number for a list", ws.SnowZoneNames2005, (1.0, None), 13),
             ("unknown member", native.call, (ws._obj, "NoSuchMember", []), 438),
@@ -230,6 +233,13 @@ class CoefficientTable(unittest.TestCase):
         with self.assertRaises(qvroofload.RuntimeError) as e:
             src.Copy(None)
         self.assertEqual(e.exception.number, 91)
+
+    def test_whole_numbers_up_to_two_to_the_53_pass_exactly(self):
+        t = qvroofload.CWindCpTable()
+        for v in (1 << 31, -(1 << 31) - 1, 1 << 53, -(1 << 53)):
+            with self.subTest(v):
+                t.Area_F10 = v
+                self.assertEqual(t.Area_F10, float(v))
 
     def test_a_sixteen_bit_property_overflows(self):
         t = qvroofload.CWindCpTable()

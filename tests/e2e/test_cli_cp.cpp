@@ -6,6 +6,7 @@
 #include <sstream>
 
 #include "TestEnv.h"
+#include "e2e/BadStoreFiles.h"
 #include "automation/Dispatch.h"
 #include "cp/CWindCpTable.h"
 #include "cp/modWindCp.h"
@@ -221,6 +222,45 @@ TEST_F(CliCp, LibraryErrorsGiveTheirNumberAndStatus1) {
     EXPECT_EQ(json::parse(line)["error"]["number"], 13) << line;
     std::getline(out, line);
     ExpectSame(json::parse(line), Expected(Gabled(0, 15)));
+}
+
+// A coefficient store that cannot be opened is an error naming the file, never
+// "no coefficients"; the built-in route does not need it.
+TEST_F(CliCp, AStoreThatCannotBeOpenedIsAnErrorNamingTheFile) {
+    const auto program = test::FreshFolder("program");
+    const fs::path built = ProgramFolder();
+    fs::copy(built / "deu", program / "deu", fs::copy_options::recursive);
+    fs::copy_file(built / "language.ini", program / "language.ini");
+    setenv("QVRL_PROGRAM_FOLDER", program.c_str(), 1);
+    const std::string file = (program / "qvrl.mdb").string();
+    const std::string request = "cp gabled --theta 0 --alpha 15 --store";
+    for (const test::BadFile& b : test::kBadFiles) {
+        SCOPED_TRACE(b.what);
+        test::OwnTempFolder tmp(b.what);
+        test::PlaceBadFile(b, program / "qvrl.mdb");
+        const std::string said = "qvroofload cp: error " + std::to_string(b.number) + ": " + file;
+
+        auto r = test::RunCli(request + " --table", true);
+        EXPECT_EQ(r.status, 1);
+        EXPECT_TRUE(Has(r.out, said)) << r.out;
+        r = test::RunCli(request);
+        EXPECT_EQ(r.status, 1);
+        const json j = json::parse(r.out);
+        EXPECT_EQ(j["error"]["number"], b.number) << r.out;
+        EXPECT_EQ(j["error"]["file"], file);
+        EXPECT_FALSE(Has(r.out, "No coefficients")) << r.out;
+
+        r = test::RunCli("cp --jsonl", false,
+                         R"({"form":"gabled","Alpha":15,"UseCpeDB":true})" "\n"
+                         R"({"form":"gabled","Alpha":15})" "\n");
+        EXPECT_EQ(r.status, 0);
+        std::istringstream lines(r.out);
+        std::string line;
+        std::getline(lines, line);
+        EXPECT_EQ(json::parse(line)["error"]["number"], b.number) << line;
+        std::getline(lines, line);
+        ExpectSame(json::parse(line), Expected(Gabled(0, 15)));
+    }
 }
 
 }  // namespace

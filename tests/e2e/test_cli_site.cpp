@@ -6,6 +6,7 @@
 #include "TestEnv.h"
 #include "automation/SiteReport.h"
 #include "cp/modWindCpMdb.h"
+#include "e2e/BadStoreFiles.h"
 #include "e2e/CliRunner.h"
 #include "support/modLowLevel.h"
 #include "support/vb.h"
@@ -95,6 +96,34 @@ TEST_F(CliSite, StandardWithoutCoefficientsSaysSoInsteadOfZeros) {
     EXPECT_EQ(j["cp"]["route"], "store");
     EXPECT_EQ(j["cp"]["directions"][0]["status"], "noneForStandard");
     EXPECT_TRUE(j["cp"]["directions"][0]["zones"].empty());
+}
+
+// The coefficients of the store route from a file that cannot be opened are
+// an error naming it, not "no coefficients for this standard".
+TEST_F(CliSite, ACoefficientStoreThatCannotBeOpenedIsAnError) {
+    namespace fs = std::filesystem;
+    const auto program = test::FreshFolder("program");
+    const fs::path built = ProgramFolder();
+    fs::copy(built / "deu", program / "deu", fs::copy_options::recursive);
+    fs::copy_file(built / "language.ini", program / "language.ini");
+    setenv("QVRL_PROGRAM_FOLDER", program.c_str(), 1);
+    const std::string file = (program / "qvrl.mdb").string();
+    const std::string en =
+        "site --norm 54 --region 6 --snow-zone 2 --vb 25 --category 2 --altitude 400 --height 12 --roof flat";
+    for (const test::BadFile& b : test::kBadFiles) {
+        SCOPED_TRACE(b.what);
+        test::OwnTempFolder tmp(b.what);
+        test::PlaceBadFile(b, program / "qvrl.mdb");
+        auto r = test::RunCli(en, true);
+        EXPECT_EQ(r.status, 1);
+        EXPECT_TRUE(Has(r.out, "qvroofload site: error " + std::to_string(b.number) + ": " + file)) << r.out;
+        EXPECT_FALSE(Has(r.out, "Lasten am Standort")) << r.out;
+        r = test::RunCli(en + " --json");
+        EXPECT_EQ(r.status, 1);
+        EXPECT_EQ(json::parse(r.out)["error"]["number"], b.number) << r.out;
+    }
+    // The built-in route of Norm 3 does not need the file.
+    EXPECT_EQ(test::RunCli(kDin).status, 0);
 }
 
 TEST_F(CliSite, BadInputNamesTheOptionAndPrintsNothingElse) {

@@ -4,7 +4,10 @@
 #include <nlohmann/json.hpp>
 #include <filesystem>
 #include <string>
+#include <utility>
+#include <vector>
 
+#include "e2e/BadStoreFiles.h"
 #include "e2e/CliRunner.h"
 #include "location/modAGSMdb.h"
 #include "location/test_modAGSMdb_fixture.h"
@@ -151,6 +154,77 @@ TEST_F(CliTown, ADbFileIsTheOneLookedIn) {
         r = test::RunCli(std::string(cmd) + " --db '" + other + ".absent'", true);
         EXPECT_EQ(r.status, 2) << cmd;
         EXPECT_NE(r.out.find("--db: " + other + ".absent: no such database"), std::string::npos) << r.out;
+    }
+}
+
+bool Has(const std::string& text, const std::string& what) { return text.find(what) != std::string::npos; }
+
+const std::string kSiteByTown = "site --norm 3 --town 09162000 --category 2 --altitude 500 --height 10 --roof flat";
+
+// A town file that cannot be opened is the store's numbered error naming the
+// file, never "no municipality" or an empty list with status 0.
+TEST_F(CliTown, ATownFileThatCannotBeOpenedIsAnErrorNamingIt) {
+    namespace fs = std::filesystem;
+    const std::string other = (test::FreshFolder("other") / "towns.mdb").string();
+    const std::string shipped = (program_ / "qvrl.mdb").string();
+    for (const test::BadFile& b : test::kBadFiles) {
+        // In the program folder, and (a file that exists) given with --db.
+        std::vector<std::pair<std::string, std::string>> places = {{shipped, ""}};
+        if (b.bytes) places.emplace_back(other, " --db '" + other + "'");
+        for (const auto& [file, db] : places) {
+            test::OwnTempFolder tmp(std::string(b.what) + (db.empty() ? "" : "-db"));
+            test::PlaceBadFile(b, file);
+            for (const std::string& cmd : {std::string("town 09162000"), std::string("towns --state 9"), kSiteByTown}) {
+                SCOPED_TRACE(std::string(b.what) + ": " + cmd + db);
+                auto r = test::RunCli(cmd + db, true);
+                EXPECT_EQ(r.status, 1);
+                EXPECT_TRUE(Has(r.out, "error " + std::to_string(b.number) + ": " + file)) << r.out;
+                EXPECT_FALSE(Has(r.out, "no municipality")) << r.out;
+                r = test::RunCli(cmd + db + " --json");
+                EXPECT_EQ(r.status, 1);
+                const auto j = nlohmann::json::parse(r.out);
+                EXPECT_EQ(j["error"]["number"], b.number) << r.out;
+                EXPECT_EQ(j["error"]["file"], file);
+            }
+        }
+    }
+}
+
+// Corrections that cannot be opened leave the shipped rows standing; they are
+// printed with a warning and status 1, so that no script files them as corrected.
+TEST_F(CliTown, CorrectionsThatCannotBeOpenedHideNoShippedRow) {
+    const std::string corrections = (userFolder() / kUserTownFile).string();
+    for (const test::BadFile& b : test::kBadFiles) {
+        test::OwnTempFolder tmp(b.what);
+        test::PlaceBadFile(b, corrections);
+        const int status = b.bytes ? 1 : 0;  // no corrections at all is no fault
+        const std::string warning = "were left out, the ";
+        const std::string error = "error " + std::to_string(b.number) + ": " + corrections;
+        SCOPED_TRACE(b.what);
+
+        auto r = test::RunCli("town 09162000 --json");
+        EXPECT_EQ(r.status, status);
+        EXPECT_EQ(nlohmann::json::parse(r.out)["Gemeinde"], "München") << r.out;
+        r = test::RunCli("towns --state 9 --json");
+        EXPECT_EQ(r.status, status);
+        EXPECT_EQ(nlohmann::json::parse(r.out).size(), 2u) << r.out;
+        r = test::RunCli(kSiteByTown + " --json");
+        EXPECT_EQ(r.status, status);
+        EXPECT_EQ(nlohmann::json::parse(r.out)["site"]["town"], "München") << r.out;
+
+        for (const std::string& cmd : {std::string("town 09162000"), std::string("towns --state 9"), kSiteByTown}) {
+            SCOPED_TRACE(cmd);
+            r = test::RunCli(cmd, true);
+            EXPECT_EQ(r.status, status);
+            EXPECT_TRUE(Has(r.out, "München")) << r.out;
+            EXPECT_EQ(Has(r.out, warning), b.bytes.has_value()) << r.out;
+            EXPECT_EQ(Has(r.out, error), b.bytes.has_value()) << r.out;
+        }
+        // A key the shipped rows do not hold stays "not found", with the warning.
+        r = test::RunCli("town 09162001", true);
+        EXPECT_EQ(r.status, 1);
+        EXPECT_TRUE(Has(r.out, "no municipality has the key 09162001")) << r.out;
+        EXPECT_EQ(Has(r.out, error), b.bytes.has_value()) << r.out;
     }
 }
 
