@@ -35,16 +35,7 @@ int ImportContours(const std::string& input, const std::string& dbOption) {
                     std::to_string(g.distances.size()) + " distances x " + std::to_string(g.heights.size()) +
                     " heights, " + std::to_string(g.outside) + " nodes outside the points' hull (nearest value)\n" +
                     "    km: " + Nodes(g.distances) + "\n    m:  " + Nodes(g.heights) + "\n";
-            UkFigureGrid u;
-            u.table = g.table;
-            u.file = set.source;
-            for (double h : g.heights) u.heightNames.push_back(DoubleToText(h)), u.heights.push_back(h);
-            for (size_t r = 0; r < g.distances.size(); ++r) {
-                std::vector<double> row{g.distances[r]};
-                row.insert(row.end(), g.values[r].begin(), g.values[r].end());
-                u.rows.push_back(std::move(row));
-            }
-            grids.push_back(std::move(u));
+            grids.push_back(ToUkFigureGrid(g, set.source));
         }
         const std::string db = dbOption.empty() ? WritableStoreFile("qvrl.mdb") : dbOption;
         WriteUkFigureGrids(grids, db);

@@ -462,4 +462,17 @@ FigureGrid SampleUkFigure(const ContourSet& set) {
     return SampleFigure(set, within(UkGridDistances(), lo[0], hi[0]), within(UkGridHeights(), lo[1], hi[1]));
 }
 
+UkFigureGrid ToUkFigureGrid(const FigureGrid& g, const std::string& file) {
+    UkFigureGrid u;
+    u.table = g.table;
+    u.file = file;
+    for (double h : g.heights) u.heightNames.push_back(DoubleToText(h)), u.heights.push_back(h);
+    for (size_t r = 0; r < g.distances.size(); ++r) {
+        std::vector<double> row{g.distances[r]};
+        row.insert(row.end(), g.values[r].begin(), g.values[r].end());
+        u.rows.push_back(std::move(row));
+    }
+    return u;
+}
+
 }  // namespace qvrl

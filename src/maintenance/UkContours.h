@@ -20,6 +20,8 @@
 #include <string>
 #include <vector>
 
+#include "maintenance/UkFigureImport.h"
+
 namespace qvrl {
 
 // A fault in the contour input; nothing was loaded when this is thrown.
@@ -103,5 +105,8 @@ FigureGrid SampleFigure(const ContourSet& set, const std::vector<double>& distan
 // The figure on the nodes of UkGridHeights and UkGridDistances that lie
 // within the points' range (3 % beyond it).
 FigureGrid SampleUkFigure(const ContourSet& set);
+
+// The sampled figure as the table writer takes it; `file` names its source.
+UkFigureGrid ToUkFigureGrid(const FigureGrid& g, const std::string& file);
 
 }  // namespace qvrl
