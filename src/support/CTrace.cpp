@@ -7,6 +7,7 @@
 
 #include <cerrno>
 
+#include "support/ModuleState.h"
 #include "support/errors.h"
 #include "support/modLowLevel.h"
 
@@ -46,8 +47,25 @@ int16_t CTrace::OpenLogFile(const std::string& fileName, bool append) {
 }
 
 int CTrace::RotateIfFull(int fd) {
+    // Other processes append too, so the estimate is re-measured at least
+    // every kTraceRecheck bytes of our own; between, a look costs a syscall
+    // for nothing.
+    ModuleState& st = State();
+    if (st.TraceSizeFile != fileName_) {
+        st.TraceSizeFile = fileName_;
+        st.TraceSizeSeen = -1;
+    }
+    const int64_t written = st.TraceBytesSince + static_cast<int64_t>(pending_.size());
+    if (st.TraceSizeSeen >= 0 && written < kTraceRecheck && st.TraceSizeSeen + written <= kTraceLogLimit) {
+        st.TraceBytesSince = written;
+        return fd;
+    }
     struct stat mine {};
-    if (::fstat(fd, &mine) != 0 || mine.st_size <= kTraceLogLimit) return fd;
+    if (::fstat(fd, &mine) != 0) return fd;
+    st.TraceSizeSeen = mine.st_size;
+    st.TraceBytesSince = static_cast<int64_t>(pending_.size());
+    if (mine.st_size <= kTraceLogLimit) return fd;
+    st.TraceSizeSeen = 0;
     // Whoever holds the lock of the full file renames it; a second process
     // that waited for it then finds a new file under the name and only
     // writes there, so one rotation never moves the other's fresh file.

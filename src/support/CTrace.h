@@ -13,6 +13,8 @@
 namespace qvrl {
 
 constexpr int64_t kTraceLogLimit = 10 * 1024 * 1024;
+// How much a process appends before it measures the log again.
+constexpr int64_t kTraceRecheck = 64 * 1024;
 
 class CTrace {
 public:

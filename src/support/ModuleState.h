@@ -53,6 +53,11 @@ struct ModuleState {
     // so that a look-up does not probe the disk for them again.
     std::string ProgramFolderFound;
     std::string UserFolderMade;
+    // The trace log's size as this process last saw it, and what it appended
+    // since: the log is measured again only when that could pass the limit.
+    std::string TraceSizeFile;
+    int64_t TraceSizeSeen = -1;
+    int64_t TraceBytesSince = 0;
     // Database files chosen by name for this process (store/StoreFiles.h).
     std::map<std::string, std::string> StoreFileOverrides;
     // modWindCpMdb: qvrlcpe.txt stands beside the component and replaces the
