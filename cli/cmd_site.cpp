@@ -278,27 +278,6 @@ void Report(std::ostream& out, const SiteResult& r) {
     if (!r.qpAvailable) out << "  " << T(txt::NoWindPressures) << "\n";
 }
 
-// A file the loads rest on (the town, the coefficient store, the UK figures)
-// that did not open ends the command, whatever else went wrong.
-bool StopOnDataFailure(const StoreFailure& f, bool json) {
-    if (f.Kind != StoreFailureKind::Data) return false;
-    std::cerr << "qvroofload site: " << f.Message() << "\n";
-    if (json)
-        std::cout << ordered_json{{"error",
-                                   {{"number", f.Error.Number}, {"file", f.Error.File}, {"description", f.Error.Description}}}}
-                         .dump(2)
-                  << "\n";
-    return true;
-}
-
-// Zones of a town without the user's corrections: the report stands, but
-// status 1 keeps a script from filing it as the corrected one.
-int WarnOnCorrections(const StoreFailure& f, int status) {
-    if (f.Kind != StoreFailureKind::Corrections) return status;
-    std::cerr << "qvroofload site: warning: your corrections were left out, the town's zones are the shipped ones: "
-              << f.Message() << "\n";
-    return status == 0 ? 1 : status;
-}
 
 }  // namespace
 
@@ -362,16 +341,16 @@ void AddSiteCommand(CLI::App& app, Context& ctx) {
         } catch (const SiteInputError& e) {
             // A town "not found" in a file that did not open is that file's failure.
             const StoreFailure f = LastStoreFailure();
-            if (StopOnDataFailure(f, o->json)) {
+            if (StopOnDataFailure(f, "site", o->json)) {
                 ctx.exitCode = 1;
                 return;
             }
             std::cerr << "qvroofload site: " << e.what() << "\nRun with --help for more information.\n";
-            ctx.exitCode = WarnOnCorrections(f, 2);
+            ctx.exitCode = WarnOnCorrections(f, "site", 2);
             return;
         }
         const StoreFailure f = LastStoreFailure();
-        if (StopOnDataFailure(f, o->json)) {
+        if (StopOnDataFailure(f, "site", o->json)) {
             ctx.exitCode = 1;
             return;
         }
@@ -379,7 +358,7 @@ void AddSiteCommand(CLI::App& app, Context& ctx) {
         if (o->json) text << Json(r).dump(2) << "\n";
         else Report(text, r);
         std::cout << text.str();
-        ctx.exitCode = WarnOnCorrections(f, 0);
+        ctx.exitCode = WarnOnCorrections(f, "site", 0);
     });
 }
 

@@ -128,27 +128,6 @@ void HintEmpty(bool en) {
     }
 }
 
-// A file the answer rests on that did not open ends the command; the user's
-// corrections that did not open leave the shipped rows standing, which are
-// printed with a warning and status 1, so that no script takes them for
-// corrected values.
-bool StopOnDataFailure(const StoreFailure& f, const char* command, bool json) {
-    if (f.Kind != StoreFailureKind::Data) return false;
-    std::cerr << "qvroofload " << command << ": " << f.Message() << "\n";
-    if (json)
-        std::cout << ordered_json{{"error",
-                                   {{"number", f.Error.Number}, {"file", f.Error.File}, {"description", f.Error.Description}}}}
-                         .dump(2)
-                  << "\n";
-    return true;
-}
-
-int WarnOnCorrections(const StoreFailure& f, const char* command, int status) {
-    if (f.Kind != StoreFailureKind::Corrections) return status;
-    std::cerr << "qvroofload " << command << ": warning: your corrections were left out, the values are the shipped "
-              << "ones: " << f.Message() << "\n";
-    return 1;
-}
 
 bool Digits(const std::string& s) {
     if (s.empty()) return false;

@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "automation/Dispatch.h"
+#include "automation/StoreFailure.h"
 #include "support/Platform.h"
 #include "support/vb.h"
 
@@ -34,6 +35,14 @@ nlohmann::ordered_json VariantToJson(const Variant& v);
 Variant VariantFromWord(const std::string& word, size_t position);
 
 void AddShowCommand(CLI::App& app, Context& ctx);
+
+// A database the answer rests on that did not open ends the command (true:
+// the error is printed, on standard output too as JSON when asked). The
+// user's corrections that did not open leave the shipped values standing:
+// they are printed with a warning, and status 1 keeps a script from taking
+// them for corrected ones.
+bool StopOnDataFailure(const StoreFailure& f, const char* command, bool json);
+int WarnOnCorrections(const StoreFailure& f, const char* command, int status);
 
 // Calls Class.Member on a new object under the given platform (none: the
 // current one), restoring the previous platform afterwards. By-reference
