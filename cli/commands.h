@@ -35,12 +35,6 @@ Variant VariantFromWord(const std::string& word, size_t position);
 
 void AddShowCommand(CLI::App& app, Context& ctx);
 
-// Calls Class.Member on a new object under the given platform (none: the
-// current one), restoring the previous platform afterwards. By-reference
-// arguments are written back into args; info names the member called.
-Variant RunMember(const std::string& target, std::vector<Variant>& args, std::shared_ptr<Platform> platform,
-                  const MemberInfo** info = nullptr);
-
 // Applies --lang after the language objects are set up.
 void ApplyLanguage(const Context& ctx);
 

@@ -19,7 +19,9 @@ public:
         a = &Add<QVTextBox>("txtA");
         b = &Add<QVTextBox>("txtB");
         buttons = &Add<QVButtons>("QVButtons1");
+        a->KeyDown = [this](int16_t& k, int16_t) { log.push_back("KeyDown " + std::to_string(k)); };
         a->KeyPress = [this](int16_t& k) { log.push_back("KeyPress " + std::to_string(k)); };
+        a->KeyUp = [this](int16_t& k, int16_t) { log.push_back("KeyUp " + std::to_string(k)); };
         a->Change = [this] { log.push_back("Change " + a->EditText()); };
         a->ValidateEvent = [this](bool& ok) { log.push_back(std::string("Validate ") + (ok ? "ok" : "failed")); };
         buttons->OnOk = [this] { log.push_back("OnOk"); };
@@ -31,6 +33,13 @@ public:
     QVButtons* buttons;
     std::vector<std::string> log;
 };
+
+// One line per event, so that a failure shows the whole order.
+QString Joined(const std::vector<std::string>& log) {
+    QStringList l;
+    for (const auto& e : log) l << QString::fromStdString(e);
+    return l.join(QStringLiteral(" | "));
+}
 
 QLineEdit* EditOf(FormView& v, const char* key) {
     return static_cast<QVTextBoxWidget*>(v.WidgetOf(key))->Edit();
@@ -53,9 +62,11 @@ private slots:
         QTest::keyClicks(EditOf(v, "txtA"), "1x2");
         QTest::keyClick(EditOf(v, "txtA"), Qt::Key_Tab);
         QTRY_VERIFY(f.ActiveControl() == f.b);
-        const std::vector<std::string> want = {"KeyPress 49", "Change 1", "KeyPress 120", "KeyPress 50", "Change 12",
-                                               "Change 12.00", "Validate ok"};
-        QCOMPARE(f.log, want);
+        // "x" is no digit: the box drops it before its host sees a key press.
+        const std::vector<std::string> want = {"KeyDown 49", "KeyPress 49", "Change 1",     "KeyUp 49",
+                                               "KeyDown 88", "KeyUp 88",    "KeyDown 50",   "KeyPress 50",
+                                               "Change 12",  "KeyUp 50",    "Change 12.00", "Validate ok"};
+        QCOMPARE(Joined(f.log), Joined(want));
         QCOMPARE(EditOf(v, "txtA")->text(), QStringLiteral("12.00"));
     }
 
@@ -98,7 +109,7 @@ private slots:
         QTest::mouseClick(strip->Ok(), Qt::LeftButton);
         QTest::mouseClick(strip->Cancel(), Qt::LeftButton);
         const std::vector<std::string> want = {"OnOk", "OnCancel"};
-        QCOMPARE(f.log, want);
+        QCOMPARE(Joined(f.log), Joined(want));
     }
 };
 
