@@ -1,9 +1,12 @@
 #include <QLineEdit>
+#include <QPointer>
 #include <QTest>
 
 #include "ControlWidgets.h"
 #include "FormView.h"
+#include "QtPlatform.h"
 #include "QtTests.h"
+#include "support/ModuleState.h"
 #include "controls/Form.h"
 #include "controls/QVButtons.h"
 #include "controls/QVTextBox.h"
@@ -110,6 +113,48 @@ private slots:
         QTest::mouseClick(strip->Cancel(), Qt::LeftButton);
         const std::vector<std::string> want = {"OnOk", "OnCancel"};
         QCOMPARE(Joined(f.log), Joined(want));
+    }
+
+    // The life of a form under the Qt platform: its view comes with Load,
+    // a modal show ends when the model hides the form (OK) or unloads it
+    // (Cancel), the model's focus shows in the view, and a form dropped
+    // while its view is up leaves nothing that reaches for it.
+    void formLifeUnderQtPlatform_data() {
+        QTest::addColumn<bool>("ok");
+        QTest::newRow("OK hides") << true;
+        QTest::newRow("Cancel unloads") << false;
+    }
+    void formLifeUnderQtPlatform() {
+        QFETCH(bool, ok);
+        auto platform = std::make_shared<QtPlatform>();
+        SetPlatform(platform);
+        auto f = std::make_unique<frmProbe>();
+        f->buttons->OnOk = [&] { f->Hide(); };
+        f->buttons->OnCancel = [&] { f->Unload(); };
+        f->Load();
+        auto* view = qobject_cast<FormView*>(platform->DialogOf(*f));
+        QVERIFY(view != nullptr);
+        bool focusShown = false;
+        WhenModal([&](QWidget* w) {
+            f->SetFocus(*f->b);
+            focusShown = w == view && view->focusWidget() == EditOf(*view, "txtB");
+            auto* strip = static_cast<QVButtonsWidget*>(view->WidgetOf("QVButtons1"));
+            QTest::mouseClick(ok ? strip->Ok() : strip->Cancel(), Qt::LeftButton);
+        });
+        f->Show();
+        QVERIFY(focusShown);
+        QVERIFY(!f->IsShown());
+        QCOMPARE(f->IsLoaded(), ok);
+        QCOMPARE(platform->DialogOf(*f) != nullptr, ok);
+        QPointer<FormView> gone = view;
+        if (ok) {
+            view->show();
+            f.reset();  // unloads from the destructor
+            QVERIFY(gone && gone->IsDetached() && !gone->isVisible());
+            QTest::keyClicks(EditOf(*gone, "txtA"), "12");
+        }
+        QTRY_VERIFY(gone.isNull());
+        SetPlatform(nullptr);
     }
 };
 
