@@ -373,6 +373,11 @@ QVTextBoxWidget::QVTextBoxWidget(QVTextBox& model, QWidget* parent)
     Bind(model_, this, [this] { Sync(); });
 }
 
+QVTextBoxWidget::~QVTextBoxWidget() {
+    edit_->removeEventFilter(this);
+    disconnect(edit_, nullptr, this, nullptr);
+}
+
 void QVTextBoxWidget::Sync() {
     syncing_ = true;
     const auto width = [](QLabel* l, bool autosize, int16_t twips) {

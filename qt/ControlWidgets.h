@@ -48,6 +48,8 @@ class QVTextBoxWidget : public QWidget {
     Q_OBJECT
 public:
     QVTextBoxWidget(QVTextBox& model, QWidget* parent);
+    // The edit goes after this part of the widget: it must not call back.
+    ~QVTextBoxWidget() override;
     QLineEdit* Edit() const { return edit_; }
     QLabel* RemarkLabel() const { return remark_; }
     QLabel* CaptionLabel() const { return caption_; }

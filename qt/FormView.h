@@ -13,6 +13,8 @@ class FormView : public QDialog {
     Q_OBJECT
 public:
     explicit FormView(Form& form, QWidget* parent = nullptr);
+    // Focus moves while QDialog tears the widgets down must not reach here.
+    ~FormView() override { disconnect(focusWatch_); }
     Form& Model() const { return form_; }
     // The widget of a control key ("TXTWIND(0)"), or null.
     QWidget* WidgetOf(const std::string& controlKey) const;
