@@ -44,12 +44,6 @@ void AddShowCommand(CLI::App& app, Context& ctx);
 bool StopOnDataFailure(const StoreFailure& f, const char* command, bool json);
 int WarnOnCorrections(const StoreFailure& f, const char* command, int status);
 
-// Calls Class.Member on a new object under the given platform (none: the
-// current one), restoring the previous platform afterwards. By-reference
-// arguments are written back into args; info names the member called.
-Variant RunMember(const std::string& target, std::vector<Variant>& args, std::shared_ptr<Platform> platform,
-                  const MemberInfo** info = nullptr);
-
 // Applies --lang after the language objects are set up.
 void ApplyLanguage(const Context& ctx);
 

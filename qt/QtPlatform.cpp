@@ -2,6 +2,8 @@
 
 #include <QApplication>
 #include <QDialog>
+#include <QEventLoop>
+#include <QFontMetricsF>
 #include <QFontMetrics>
 #include <QMessageBox>
 #include <QPushButton>
@@ -9,6 +11,8 @@
 #include <cmath>
 #include <vector>
 
+#include "FormView.h"
+#include "controls/Form.h"
 #include "support/errors.h"
 
 namespace qvrl::qt {
@@ -81,18 +85,103 @@ int32_t QtPlatform::MsgBox(const std::string& text, int32_t flags, const std::st
     return buttons.back().answer;
 }
 
+QtPlatform::~QtPlatform() {
+    // Without an application the widgets are gone with it (or cannot go).
+    if (!QCoreApplication::instance()) return;
+    for (auto& [form, view] : views_) delete view.data();
+}
+
+std::unique_ptr<QDialog> QtPlatform::MakeView(FormBase& form) const {
+    if (const ViewFactory* factory = FindView(form.FormName())) return (*factory)(form);
+    if (auto* model = dynamic_cast<Form*>(&form)) return std::make_unique<FormView>(*model);
+    Raise(err::InvalidCall, "QtPlatform", "no dialog is built for the form " + form.FormName());
+}
+
+void QtPlatform::LoadForm(FormBase& form) {
+    if (views_.count(&form)) return;
+    views_[&form] = MakeView(form).release();
+}
+
+void QtPlatform::UnloadForm(FormBase& form) {
+    // May come from the form's destructor: its address is all there is.
+    const auto it = views_.find(&form);
+    if (it == views_.end()) return;
+    QPointer<QDialog> view = it->second;
+    views_.erase(it);
+    if (const auto loop = loops_.find(&form); loop != loops_.end()) loop->second->quit();
+    if (!view) return;
+    if (auto* fv = qobject_cast<FormView*>(view.data())) fv->Detach();
+    view->hide();
+    // The unload may run inside a handler of one of the view's own widgets.
+    view->deleteLater();
+}
+
 void QtPlatform::ShowModal(FormBase& form) {
-    const std::string name = form.FormName();
-    const ViewFactory* factory = FindView(name);
-    if (!factory) Raise(err::InvalidCall, "QtPlatform", "no dialog is built for the form " + name);
-    std::unique_ptr<QDialog> dialog = (*factory)(form);
-    shown_[&form] = dialog.get();
+    std::unique_ptr<QDialog> own;
+    QPointer<QDialog> dialog;
+    if (const auto it = views_.find(&form); it != views_.end() && it->second) dialog = it->second;
+    else {
+        own = MakeView(form);
+        dialog = own.get();
+    }
+    const bool isForm = dynamic_cast<Form*>(&form) != nullptr;
+    QEventLoop loop;
+    QEventLoop* outer = loops_.count(&form) ? loops_[&form] : nullptr;
+    loops_[&form] = &loop;
+    shown_[&form] = dialog;
     struct Forget {
-        std::map<const FormBase*, QPointer<QWidget>>& shown;
+        QtPlatform& p;
         const FormBase* form;
-        ~Forget() { shown.erase(form); }
-    } forget{shown_, &form};
-    dialog->exec();
+        QEventLoop* outer;
+        ~Forget() {
+            p.shown_.erase(form);
+            if (outer) p.loops_[form] = outer;
+            else p.loops_.erase(form);
+        }
+    } forget{*this, &form, outer};
+    const auto finished = QObject::connect(dialog, &QDialog::finished, &loop, &QEventLoop::quit);
+    dialog->setWindowModality(Qt::ApplicationModal);
+    dialog->show();
+    ActivateForm(form);
+    // A form may hide itself while it activates: then there is nothing to wait for.
+    while (dialog && dialog->isVisible() && (!isForm || form.IsShown())) loop.exec();
+    if (dialog) {
+        QObject::disconnect(finished);
+        dialog->hide();
+        dialog->setWindowModality(Qt::NonModal);
+    }
+}
+
+void QtPlatform::ShowModeless(FormBase& form) {
+    if (!views_.count(&form) || !views_[&form]) LoadForm(form);
+    QDialog* dialog = views_[&form];
+    dialog->setWindowModality(Qt::NonModal);
+    dialog->show();
+    ActivateForm(form);
+}
+
+void QtPlatform::HideForm(FormBase& form) {
+    if (const auto loop = loops_.find(&form); loop != loops_.end()) loop->second->quit();
+    if (QWidget* w = DialogOf(form)) w->hide();
+}
+
+void QtPlatform::ActivateForm(FormBase& form) {
+    if (QWidget* w = DialogOf(form)) {
+        w->raise();
+        w->activateWindow();
+    }
+    form.RaiseActivate();
+}
+
+void QtPlatform::SetFocus(FormBase& form, const std::string& controlKey, bool selectAll) {
+    if (auto* view = qobject_cast<FormView*>(DialogOf(form))) view->ShowFocus(controlKey, selectAll);
+}
+
+int32_t QtPlatform::TextWidthTwips(const std::string& text, const std::string& fontName, double fontSize) {
+    QFont font(QString::fromStdString(fontName));
+    if (fontSize > 0) font.setPointSizeF(fontSize);
+    const double pixels = QFontMetricsF(font).horizontalAdvance(QString::fromStdString(text));
+    return static_cast<int32_t>(std::lround(pixels * 1440.0 / Dpi()));
 }
 
 void QtPlatform::DoEvents() { QCoreApplication::processEvents(QEventLoop::AllEvents); }
@@ -113,8 +202,9 @@ int32_t QtPlatform::TextWidth(const std::string& text) {
 }
 
 QWidget* QtPlatform::DialogOf(const FormBase& form) const {
-    const auto it = shown_.find(&form);
-    return it == shown_.end() ? nullptr : it->second.data();
+    if (const auto it = shown_.find(&form); it != shown_.end() && it->second) return it->second.data();
+    const auto it = views_.find(&form);
+    return it == views_.end() ? nullptr : it->second.data();
 }
 
 }  // namespace qvrl::qt

@@ -10,6 +10,8 @@
 #include <utility>
 #include <vector>
 
+#include "controls/Observers.h"
+
 namespace qvrl {
 
 class Form;
@@ -109,8 +111,11 @@ public:
     // whether the control took it.
     bool SendKey(int16_t keyCode);
 
-    // A view subscribes here; every change of what it shows notifies it.
-    void Observe(std::function<void()> observer) { observers_.push_back(std::move(observer)); }
+    // A view subscribes here; every change of what it shows notifies it
+    // until the subscription is dropped.
+    [[nodiscard]] Observers::Subscription Observe(std::function<void()> observer) {
+        return observers_.Add(std::move(observer));
+    }
 
     Event<> GotFocus;
     Event<> LostFocus;
@@ -125,9 +130,7 @@ protected:
         field = std::forward<U>(v);
         Notify();
     }
-    void Notify() const {
-        for (const auto& o : observers_) o();
-    }
+    void Notify() const { observers_.Notify(); }
     // Focus arrives (after the form set it): returns whether all text is now
     // selected. Leaving returns false to keep the focus (a failed validation).
     virtual bool FocusArrived() { return false; }
@@ -148,7 +151,7 @@ private:
     uint32_t backColor_ = colour::ButtonFace;
     uint32_t foreColor_ = colour::ButtonText;
     std::string toolTip_;
-    std::vector<std::function<void()>> observers_;
+    Observers observers_;
 };
 
 // Something the user can press: a button, a check box, an option, a label.

@@ -46,10 +46,12 @@ public:
     void Caption(const std::string& v) {
         if (v == caption_) return;
         caption_ = v;
-        for (const auto& o : observers_) o();
+        observers_.Notify();
     }
     // A view subscribes here for changes of the form's own properties.
-    void Observe(std::function<void()> observer) { observers_.push_back(std::move(observer)); }
+    [[nodiscard]] Observers::Subscription Observe(std::function<void()> observer) {
+        return observers_.Add(std::move(observer));
+    }
 
     // Members every dialog form has.
     virtual void Init_Me() {}
@@ -118,7 +120,7 @@ private:
     std::map<std::string, Control*> byKey_;
     Control* active_ = nullptr;
     std::string caption_;
-    std::vector<std::function<void()>> observers_;
+    Observers observers_;
     bool loaded_ = false;
     bool shown_ = false;
 };

@@ -6,6 +6,7 @@
 #include <QVBoxLayout>
 
 #include "QtPlatform.h"
+#include "qvroofload.h"
 #include "QtTests.h"
 #include "support/DesktopPlatform.h"
 #include "support/ModuleState.h"
@@ -139,11 +140,19 @@ private slots:
         QCOMPARE(TwipsToPixels(PixelsToTwips(123)), 123);
     }
 
-    // The road a host takes: the core loads the dialog library by name.
-    void coreLoadsTheQtPlatform() {
+    // The roads a host takes: the core, and the C API over it, load the
+    // dialog library by name.
+    void hostsLoadTheQtPlatform_data() {
+        QTest::addColumn<bool>("throughC");
+        QTest::newRow("core") << false;
+        QTest::newRow("C API") << true;
+    }
+    void hostsLoadTheQtPlatform() {
+        QFETCH(bool, throughC);
         ResetModuleState();
         QVERIFY(dynamic_cast<QtPlatform*>(&CurrentPlatform()) == nullptr);
-        UseDesktopPlatform();
+        if (throughC) QCOMPARE(qvrl_use_qt_dialogs(), 0u);
+        else UseDesktopPlatform();
         QVERIFY(dynamic_cast<QtPlatform*>(&CurrentPlatform()) != nullptr);
         ResetModuleState();
     }

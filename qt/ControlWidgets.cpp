@@ -18,6 +18,7 @@ namespace qvrl::qt {
 namespace {
 
 constexpr const char* ControlProperty = "qvrlControl";
+constexpr const char* DetachedProperty = "qvrlDetached";
 
 QString Q(const std::string& s) { return QString::fromStdString(s); }
 
@@ -34,7 +35,9 @@ QString PlainCaption(const std::string& caption) {
 }
 
 // The model's errors end up in a message box, never in Qt's event loop.
+// A view whose form is unloaded hands nothing on: its models may be gone.
 void Guarded(QWidget* w, const std::function<void()>& f) {
+    if (Detached(w)) return;
     try {
         f();
     } catch (const RuntimeError& e) {
@@ -42,6 +45,15 @@ void Guarded(QWidget* w, const std::function<void()>& f) {
                               QStringLiteral("Error %1: %2").arg(e.number()).arg(Q(e.description())));
     }
 }
+
+// Keeps a model subscription for as long as the widget lives.
+class Subscriber : public QObject {
+public:
+    Subscriber(Observers::Subscription s, QObject* parent) : QObject(parent), s_(std::move(s)) {}
+
+private:
+    Observers::Subscription s_;
+};
 
 void SyncCommon(Control& c, QWidget* w) {
     w->setEnabled(c.Enabled());
@@ -200,7 +212,7 @@ class TextBoxFilter : public QObject {
 public:
     TextBoxFilter(TextBox& m, QLineEdit* w) : QObject(w), m_(m), w_(w) {}
     bool eventFilter(QObject*, QEvent* e) override {
-        if (e->type() != QEvent::KeyPress) return false;
+        if (e->type() != QEvent::KeyPress || Detached(w_)) return false;
         auto* k = static_cast<QKeyEvent*>(e);
         if (k->key() == Qt::Key_Backspace || k->key() == Qt::Key_Delete || k->matches(QKeySequence::Paste) ||
             k->matches(QKeySequence::Cut) || k->matches(QKeySequence::Undo)) {
@@ -241,6 +253,7 @@ QWidget* MakeTextBox(TextBox& m, QWidget* parent) {
 QWidget* MakeProgress(ProgressBar& m, QWidget* parent) {
     auto* w = new QProgressBar(parent);
     w->setTextVisible(false);
+    w->setMinimumWidth(TwipsToPixels(4000));
     w->setRange(0, 1000);
     Bind(m, w, [&m, w] {
         const double span = static_cast<double>(m.Max()) - m.Min();
@@ -277,11 +290,17 @@ QColor ColourOf(uint32_t ole, const QPalette& p) {
 
 void Bind(Control& control, QWidget* widget, std::function<void()> sync) {
     Tag(control, widget);
+    Follow(control, widget, std::move(sync));
+}
+
+void Follow(Control& control, QWidget* widget, std::function<void()> sync) {
     sync();
-    // The model outlives a view shown once; a gone widget is skipped.
-    control.Observe([w = QPointer<QWidget>(widget), sync] {
-        if (w) sync();
-    });
+    new Subscriber(control.Observe(std::move(sync)), widget);
+}
+
+bool Detached(const QWidget* widget) {
+    const QWidget* top = widget ? widget->window() : nullptr;
+    return top && top->property(DetachedProperty).toBool();
 }
 
 Control* ControlOf(const QWidget* widget) {
@@ -354,11 +373,18 @@ QVTextBoxWidget::QVTextBoxWidget(QVTextBox& model, QWidget* parent)
     Bind(model_, this, [this] { Sync(); });
 }
 
+QVTextBoxWidget::~QVTextBoxWidget() {
+    edit_->removeEventFilter(this);
+    disconnect(edit_, nullptr, this, nullptr);
+}
+
 void QVTextBoxWidget::Sync() {
     syncing_ = true;
     const auto width = [](QLabel* l, bool autosize, int16_t twips) {
-        if (autosize) l->setMinimumWidth(0), l->setMaximumWidth(QWIDGETSIZE_MAX);
-        else l->setFixedWidth(TwipsToPixels(twips));
+        // The designed width keeps the columns of a form in line; a text our
+        // font sets wider than the designer's widens its label, uncut.
+        l->setMinimumWidth(autosize ? 0 : TwipsToPixels(twips));
+        l->setMaximumWidth(QWIDGETSIZE_MAX);
     };
     remark_->setText(Q(model_.Remark()));
     remark_->setVisible(model_.VisibleRemark());
@@ -402,7 +428,7 @@ void QVTextBoxWidget::Sync() {
 }
 
 void QVTextBoxWidget::SelectionToModel() {
-    if (syncing_) return;
+    if (syncing_ || Detached(this)) return;
     const int start = edit_->hasSelectedText() ? edit_->selectionStart() : edit_->cursorPosition();
     const int length = edit_->hasSelectedText() ? static_cast<int>(edit_->selectedText().size()) : 0;
     if (start == model_.SelStart() && length == model_.SelLength()) return;
@@ -417,7 +443,8 @@ void QVTextBoxWidget::Type(const std::string& utf8) {
 }
 
 bool QVTextBoxWidget::eventFilter(QObject* watched, QEvent* event) {
-    if (watched != edit_ || event->type() != QEvent::KeyPress) return QWidget::eventFilter(watched, event);
+    if (watched != edit_ || event->type() != QEvent::KeyPress || Detached(this))
+        return QWidget::eventFilter(watched, event);
     auto* k = static_cast<QKeyEvent*>(event);
     Form* form = model_.Parent();
     switch (k->key()) {
@@ -427,13 +454,14 @@ bool QVTextBoxWidget::eventFilter(QObject* watched, QEvent* event) {
     case Qt::Key_Enter:
         SelectionToModel();
         Guarded(this, [&] {
-            if (!form || !form->PressKey(key::Return)) model_.KeyDown(key::Return);
+            if (form) form->PressKey(key::Return);
+            else model_.SendKey(key::Return);
         });
         return true;
     case Qt::Key_Up:
     case Qt::Key_Down:
         SelectionToModel();
-        Guarded(this, [&] { model_.KeyDown(k->key() == Qt::Key_Up ? key::Up : key::Down); });
+        Guarded(this, [&] { model_.SendKey(k->key() == Qt::Key_Up ? key::Up : key::Down); });
         return true;
     case Qt::Key_Backspace: Type(std::string(1, static_cast<char>(key::Back))); return true;
     case Qt::Key_Delete:
@@ -480,6 +508,8 @@ QVButtonsWidget::QVButtonsWidget(QVButtons& model, QWidget* parent)
     connect(cancel_, &QPushButton::clicked, this,
             [this] { Guarded(this, [&] { model_.Buttons(1).PerformClick(); }); });
     Bind(model_, this, [this] { Sync(); });
+    Follow(model_.cmdOk(), ok_, [this] { Sync(); });
+    Follow(model_.cmdCancel(), cancel_, [this] { Sync(); });
 }
 
 void QVButtonsWidget::Sync() {

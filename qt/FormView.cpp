@@ -18,26 +18,28 @@ namespace qvrl::qt {
 namespace {
 
 bool IsField(ControlKind k) {
-    return k == ControlKind::ComboBox || k == ControlKind::TextBox || k == ControlKind::ListView ||
-           k == ControlKind::ProgressBar;
+    return k == ControlKind::ComboBox || k == ControlKind::TextBox || k == ControlKind::ListView;
 }
 
 }  // namespace
 
 FormView::FormView(Form& form, QWidget* parent) : QDialog(parent), form_(form) {
     setWindowTitle(QString::fromStdString(form.Caption()));
+    caption_ = form.Observe([this] { setWindowTitle(QString::fromStdString(form_.Caption())); });
     auto* outer = new QVBoxLayout(this);
     QFormLayout* rows = new QFormLayout;
     outer->addLayout(rows);
-    QWidget* buttons = nullptr;
+    auto* strips = new QHBoxLayout;
+    strips->addStretch(1);
     const auto controls = form.Controls();
-    // The models carry no positions yet: controls stand in tab order, a label
-    // beside the field after it, and a frame holds what follows it up to the
-    // next frame or button strip.
+    // The models carry no positions: controls stand in tab order, a label
+    // beside the field after it, the labels after a bar on one line under
+    // it, and a frame holds what follows it up to the next frame or button
+    // strip. Every button strip goes to the foot of the form.
     for (size_t i = 0; i < controls.size(); ++i) {
         Control& c = *controls[i];
         if (c.Kind() == ControlKind::QVButtons) {
-            buttons = MakeControlWidget(c, this);
+            strips->addWidget(MakeControlWidget(c, this), 0, Qt::AlignBottom);
             rows = new QFormLayout;
             outer->addLayout(rows);
             continue;
@@ -54,15 +56,28 @@ FormView::FormView(Form& form, QWidget* parent) : QDialog(parent), form_(form) {
             continue;
         }
         rows->addRow(w);
+        if (c.Kind() == ControlKind::ProgressBar) {
+            auto* line = new QHBoxLayout;
+            while (i + 1 < controls.size() && controls[i + 1]->Kind() == ControlKind::Label) {
+                if (line->count() > 0) line->addStretch(1);
+                line->addWidget(MakeControlWidget(*controls[++i], this));
+            }
+            if (line->count() > 0) rows->addRow(line);
+            else delete line;
+        }
     }
     outer->addStretch(1);
-    if (buttons) {
-        auto* strip = new QHBoxLayout;
-        strip->addStretch(1);
-        strip->addWidget(buttons);
-        outer->addLayout(strip);
-    }
-    connect(qApp, &QApplication::focusChanged, this, [this](QWidget*, QWidget* now) { FocusChanged(now); });
+    if (strips->count() > 1) outer->addLayout(strips);
+    else delete strips;
+    focusWatch_ =
+        connect(qApp, &QApplication::focusChanged, this, [this](QWidget*, QWidget* now) { FocusChanged(now); });
+}
+
+void FormView::Detach() {
+    detached_ = true;
+    setProperty("qvrlDetached", true);
+    disconnect(focusWatch_);
+    caption_.Stop();
 }
 
 QWidget* FormView::WidgetOf(const std::string& key) const {
@@ -80,7 +95,7 @@ void FormView::ShowFocus(const std::string& key, bool selectAll) {
 }
 
 void FormView::FocusChanged(QWidget* now) {
-    if (handingOver_ || !now || now->window() != this) return;
+    if (detached_ || handingOver_ || !now || now->window() != this) return;
     Control* c = ControlOf(now);
     if (!c || c == form_.ActiveControl() || !c->TakesFocus()) return;
     handingOver_ = true;
@@ -96,6 +111,7 @@ void FormView::FocusChanged(QWidget* now) {
 }
 
 void FormView::keyPressEvent(QKeyEvent* event) {
+    if (detached_) return;
     if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter) {
         try {
             form_.PressKey(key::Return);
@@ -108,6 +124,7 @@ void FormView::keyPressEvent(QKeyEvent* event) {
 }
 
 void FormView::Cancel() {
+    if (detached_) return;
     try {
         if (form_.PressKey(key::Escape)) return;
         for (Control* c : form_.Controls())

@@ -34,13 +34,22 @@ Control* ControlOf(const QWidget* widget);
 // The widget of a model colour (OLE system colours map to the palette).
 QColor ColourOf(uint32_t oleColour, const QPalette& palette);
 
-// Calls sync now and whenever the model notifies, for as long as the widget lives.
+// Names the widget after the control, then Follow.
 void Bind(Control& control, QWidget* widget, std::function<void()> sync);
+// Calls sync now and whenever the model notifies, for as long as the widget lives.
+void Follow(Control& control, QWidget* widget, std::function<void()> sync);
+
+// Whether the window of a widget was detached from its form (the form is
+// unloaded; the window goes when Qt gets to it). Such a widget hands the
+// user's actions on to no model.
+bool Detached(const QWidget* widget);
 
 class QVTextBoxWidget : public QWidget {
     Q_OBJECT
 public:
     QVTextBoxWidget(QVTextBox& model, QWidget* parent);
+    // The edit goes after this part of the widget: it must not call back.
+    ~QVTextBoxWidget() override;
     QLineEdit* Edit() const { return edit_; }
     QLabel* RemarkLabel() const { return remark_; }
     QLabel* CaptionLabel() const { return caption_; }
