@@ -10,6 +10,7 @@
 #include <string>
 #include <system_error>
 
+#include "FuzzFolder.h"
 #include "maintenance/TownImport.h"
 #include "support/errors.h"
 
@@ -18,28 +19,8 @@ namespace {
 namespace fs = std::filesystem;
 using namespace qvrl;
 
-// The process's folder, removed when the run ends.
-class Folder {
-public:
-    Folder() {
-        std::string tmpl = (fs::temp_directory_path() / "qvrl-fuzz-towns-XXXXXX").string();
-        if (::mkdtemp(tmpl.data()) == nullptr) std::abort();
-        path_ = tmpl;
-    }
-    Folder(const Folder&) = delete;
-    Folder& operator=(const Folder&) = delete;
-    ~Folder() {
-        std::error_code ec;
-        fs::remove_all(path_, ec);
-    }
-    const fs::path& path() const { return path_; }
-
-private:
-    fs::path path_;
-};
-
 const fs::path& TheFolder() {
-    static const Folder folder;
+    static const fuzz::Folder folder("qvrl-fuzz-towns");
     return folder.path();
 }
 

@@ -9,6 +9,7 @@
 #include <fstream>
 #include <string>
 
+#include "FuzzFolder.h"
 #include "maintenance/UkFigureImport.h"
 #include "support/errors.h"
 
@@ -18,12 +19,8 @@ namespace fs = std::filesystem;
 using namespace qvrl;
 
 const fs::path& Folder() {
-    static const fs::path dir = [] {
-        fs::path d = fs::temp_directory_path() / ("qvrl-fuzz-ukfig-" + std::to_string(::getpid()));
-        fs::create_directories(d);
-        return d;
-    }();
-    return dir;
+    static const fuzz::Folder folder("qvrl-fuzz-ukfig");
+    return folder.path();
 }
 
 void CheckAccepted(const UkFigureGrid& g) {
