@@ -342,6 +342,8 @@ qvrl_status qvrl_create(const char* class_name, qvrl_handle* out) {
     return Guard([&] {
         const std::string name = Text(class_name, "class name");
         if (!out) Raise(err::InvalidCall, {}, "Invalid procedure call or argument: no place for the handle");
+        // A C host's dialog members show real dialogs where there is a screen.
+        qvrl::OfferDesktopPlatform();
         std::shared_ptr<Dispatchable> obj = qvrl::CreateObjectByName(name);
         if (!obj) Raise(err::CannotCreateObject, name, "Cannot create object: no class '" + name + "'");
         *out = Registry().Add(std::move(obj));

@@ -200,6 +200,8 @@ py::dict ImportReport(const qvrl::TownImportReport& r) {
 
 PYBIND11_MODULE(_qvroofload, m) {
     m.doc() = "Native calls of the QVRoofLoad public objects; use the package qvroofload.";
+    // A script's dialog members show real dialogs where there is a screen.
+    qvrl::OfferDesktopPlatform();
     m.attr("TYPELIB_NAME") = qvrl::typelib::Name;
     m.attr("TYPELIB_ID") = qvrl::typelib::Id;
     m.attr("TYPELIB_VERSION") = py::make_tuple(qvrl::typelib::VersionMajor, qvrl::typelib::VersionMinor);

@@ -17,4 +17,11 @@ inline constexpr const char* DesktopPlatformEntry = "qvrl_qt_install";
 // missing or no display can be opened; the platform is then unchanged.
 void UseDesktopPlatform();
 
+// For hosts that reach the component through the C API or Python: where a
+// display is at hand (DISPLAY or WAYLAND_DISPLAY) and nobody chose a platform
+// yet, the first message box or form loads the Qt dialogs, so a dialog
+// member shows a real dialog. Without a display, and for a host that chose
+// its platform, nothing changes: a batch host never waits on a hidden window.
+void OfferDesktopPlatform();
+
 }  // namespace qvrl

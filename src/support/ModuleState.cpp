@@ -23,6 +23,7 @@ Platform& CurrentPlatform() { return *State().platform; }
 
 void SetPlatform(std::shared_ptr<Platform> p) {
     State().platform = p ? std::move(p) : std::make_shared<HeadlessPlatform>();
+    State().PlatformChosen = true;
 }
 
 }  // namespace qvrl

@@ -17,6 +17,8 @@ class Platform;
 struct ModuleState {
     // User interface services; headless unless a host installs another.
     std::shared_ptr<Platform> platform;
+    // Set once a host or a command chose the platform (SetPlatform).
+    bool PlatformChosen = false;
 
     // Language objects: the active language and the German fallback. Created
     // by the first object that needs texts.

@@ -1,5 +1,11 @@
 #include <gtest/gtest.h>
 
+#include <cstdlib>
+#include <memory>
+#include <optional>
+#include <string>
+
+#include "support/DesktopPlatform.h"
 #include "support/ModuleState.h"
 #include "support/Platform.h"
 
@@ -65,3 +71,64 @@ TEST(ModuleState, ResetGivesAFreshProcess) {
 }
 
 }  // namespace
+
+namespace {
+
+// Sets or clears an environment variable for one scope.
+class EnvVar {
+public:
+    EnvVar(const char* name, const char* value) : name_(name) {
+        if (const char* old = std::getenv(name)) old_ = old;
+        if (value) ::setenv(name, value, 1);
+        else ::unsetenv(name);
+    }
+    EnvVar(const EnvVar&) = delete;
+    EnvVar& operator=(const EnvVar&) = delete;
+    ~EnvVar() {
+        if (old_) ::setenv(name_, old_->c_str(), 1);
+        else ::unsetenv(name_);
+    }
+
+private:
+    const char* name_;
+    std::optional<std::string> old_;
+};
+
+}  // namespace
+
+// A host's dialogs come up on a screen only where there is one and where the
+// host chose no platform itself; until something is shown, Qt stays unloaded.
+TEST(DesktopPlatform, OfferedOnlyWithADisplayAndNoChoice) {
+    struct Case {
+        const char* display;
+        const char* wayland;
+        bool chosen;
+        bool offered;
+    };
+    const Case cases[] = {
+        {nullptr, nullptr, false, false}, {"", "", false, false},    {":0", nullptr, false, true},
+        {nullptr, "wayland-0", false, true}, {":0", nullptr, true, false},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(std::string(c.display ? c.display : "-") + "/" + (c.wayland ? c.wayland : "-") +
+                     (c.chosen ? " chosen" : ""));
+        ResetModuleState();
+        EnvVar display("DISPLAY", c.display), wayland("WAYLAND_DISPLAY", c.wayland);
+        auto mine = std::make_shared<HeadlessPlatform>();
+        if (c.chosen) SetPlatform(mine);
+        Platform* before = &CurrentPlatform();
+        OfferDesktopPlatform();
+        Platform* after = &CurrentPlatform();
+        EXPECT_EQ(after != before, c.offered);
+        EXPECT_EQ(dynamic_cast<HeadlessPlatform*>(after) == nullptr, c.offered);
+        if (c.offered) {
+            // Measuring and idle events need no window: the stand-in stays.
+            after->DoEvents();
+            EXPECT_GT(after->TextWidth("abc"), 0);
+            EXPECT_EQ(&CurrentPlatform(), after);
+            OfferDesktopPlatform();  // a second offer changes nothing
+            EXPECT_EQ(&CurrentPlatform(), after);
+        }
+    }
+    ResetModuleState();
+}
