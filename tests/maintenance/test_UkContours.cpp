@@ -235,7 +235,7 @@ TEST_F(UkContoursThroughTheRule, NodesComeThroughUnchanged) {
 // (as noted with the shared digitisation): c_e(10 m) about 2.8 at 0.1 km,
 // 2.5 at 10 km and 2.4 at 35 km from the shore; c_r(10 m) 1.0 beyond 35 km.
 // A hand digitisation is good to about half a contour step (0.05 for c_e,
-// whose contours are 0.1 apart, and for c_r, 0.05 apart 0.025) and a reading
+// whose contours are 0.1 apart; 0.025 for c_r, whose contours are 0.05 apart) and a reading
 // off the print to as much again: so one contour step.
 TEST_F(UkContoursThroughTheRule, FiguresReadAsPrinted) {
     const double qb = BasicPressure(53, 0.0, 22.0, 1.0, 1.0);
