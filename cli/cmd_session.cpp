@@ -121,7 +121,8 @@ void AddSessionCommand(CLI::App& app, Context& ctx) {
     cmd->footer(
         "Arguments follow the member as for `call`. The script is {\"steps\":[...],\"answers\":[...]}; each step "
         "names the form in front and one action: type, key, click, choose, select_row, map, ok, cancel.\n"
-        "Exit status: 0 done, 1 run-time error of the member, 2 a step that does not fit or a bad script.");
+        "Exit status: 0 done, 1 run-time error of the member, 2 an unknown member, a wrong number of arguments, a "
+        "step that does not fit or a bad script.");
     cmd->callback([o, cmd, &ctx] {
         ApplyLanguage(ctx);
         std::vector<Variant> args;
@@ -143,6 +144,10 @@ void AddSessionCommand(CLI::App& app, Context& ctx) {
             script = ParseScript(ReadScript(o->script));
         } catch (const BadScript& b) {
             fail({{"description", b.message}}, b.message);
+            return;
+        }
+        if (const auto fault = RequestFault(o->target, args.size())) {
+            fail({{"number", fault->number()}, {"description", fault->description()}}, fault->description());
             return;
         }
         auto platform = std::make_shared<ScriptedPlatform>(std::move(script));

@@ -239,4 +239,24 @@ MemberRun RunMemberUnder(const std::shared_ptr<Platform>& platform, const std::s
     return run;
 }
 
+std::optional<RuntimeError> RequestFault(const std::string& target, size_t argumentCount) {
+    const size_t dot = target.find('.');
+    if (dot == std::string::npos || dot == 0 || dot + 1 == target.size())
+        return RuntimeError(err::InvalidCall, "the member must be Class.Member, not '" + target + "'");
+    const std::string className = target.substr(0, dot), member = target.substr(dot + 1);
+    const dispatch::PublicClass* cls = dispatch::FindPublicClass(className);
+    if (!cls) return RuntimeError(err::CannotCreateObject, "no public class '" + className + "'");
+    const MemberInfo* found = nullptr;
+    for (const MemberInfo& m : cls->members())
+        if (m.kind != MemberKind::PropertyLet && UCase(m.name) == UCase(member) &&
+            (!found || m.kind == MemberKind::Method))
+            found = &m;
+    if (!found) return RuntimeError(err::NoSuchMember, cls->name + " has no member '" + member + "'");
+    if (found->params.size() != argumentCount)
+        return RuntimeError(err::WrongArgumentCount, cls->name + "." + found->name + " takes " +
+                                                         std::to_string(found->params.size()) + " arguments, not " +
+                                                         std::to_string(argumentCount));
+    return std::nullopt;
+}
+
 }  // namespace qvrl

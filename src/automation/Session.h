@@ -126,4 +126,9 @@ std::string FileArgument(const MemberInfo& member, const std::vector<Variant>& a
 MemberRun RunMemberUnder(const std::shared_ptr<Platform>& platform, const std::string& target,
                          std::vector<Variant> args);
 
+// What is wrong with the request itself, known without making an object (so
+// no trace is written): no Class.Member (5), no such class (429), no such
+// member (438), the wrong number of arguments (450). Empty when it may run.
+std::optional<RuntimeError> RequestFault(const std::string& target, size_t argumentCount);
+
 }  // namespace qvrl
