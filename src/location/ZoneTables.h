@@ -28,6 +28,14 @@ bool Open(int16_t& norm, std::shared_ptr<Database>& db, const char* plain, const
 void ReadStates(std::vector<ZoneStateRec>& list, bool wind);
 
 // Town lists go on past a bad value: the field stays blank.
+// A list entry names the state, region or county it was read for.
+template <class R, class From>
+void TakePlace(R& r, const From& from) {
+    r.Name = from.Name;
+    r.Number = from.Number;
+    r.Code = from.Code;
+}
+
 template <class F>
 void Skip(F&& step) {
     try {

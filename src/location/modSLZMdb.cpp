@@ -8,6 +8,8 @@
 
 namespace qvrl {
 
+using zonetables::TakePlace;
+
 void SetSlzNorm(int16_t Norm) { zonetables::SetNorm(Norm, State().SlzNorm, State().SlzDb); }
 
 bool InitSlzMdb() { return zonetables::Open(State().SlzNorm, State().SlzDb, "qvrlslz.mdb", "qvrlslz_dibt.mdb"); }
@@ -27,9 +29,7 @@ void ReadSlzCounties(const ZoneStateRec& State, std::vector<SlzCountyRec>& list)
     Field& fID = rs->Fields("ID");
     // An empty name at the start matches the blank element 0 and adds nothing.
     townlists::AddDistinct(*rs, fLandkreis, &SlzCountyRec::Landkreis, list, [&](SlzCountyRec& r) {
-        r.Name = State.Name;
-        r.Number = State.Number;
-        r.Code = State.Code;
+        TakePlace(r, State);
         r.Kreis = CInt(fKreis.Value());
         r.RegBez = CInt(fRegBez.Value());
         r.ID = CLng(fID.Value());
@@ -58,13 +58,9 @@ void ReadSlzTowns(const ZoneStateRec& State, const SlzCountyRec& County, std::ve
     for (; !rs->EOF_(); rs->MoveNext()) {
         SlzTownRec r;
         if (byCounty) {
-            r.Name = County.Name;
-            r.Number = County.Number;
-            r.Code = County.Code;
+            TakePlace(r, County);
         } else {
-            r.Name = State.Name;
-            r.Number = State.Number;
-            r.Code = State.Code;
+            TakePlace(r, State);
         }
         Skip([&] { r.Landkreis = CStr(rs->Fields("Landkreis").Value()); });
         Skip([&] { r.Kreis = CInt(rs->Fields("Kreis").Value()); });

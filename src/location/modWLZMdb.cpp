@@ -16,6 +16,7 @@ std::string Number(int16_t n) { return Trim(CStr(Variant(n))); }
 
 using townlists::NameBlanks;
 using zonetables::Skip;
+using zonetables::TakePlace;
 
 void SetWlzNorm(int16_t Norm) { zonetables::SetNorm(Norm, State().WlzNorm, State().WlzDb); }
 
@@ -37,9 +38,7 @@ void ReadWlzRegions(const ZoneStateRec& State, std::vector<WlzRegionRec>& list) 
     townlists::AddDistinct(
         *rs, fBezirk, &WlzRegionRec::Bezirk, list,
         [&](WlzRegionRec& r) {
-            r.Name = State.Name;
-            r.Number = State.Number;
-            r.Code = State.Code;
+            TakePlace(r, State);
             r.BezID = CInt(fBezID.Value());
             r.ID = CLng(fID.Value());
         },
@@ -67,13 +66,9 @@ void ReadWlzCounties(const ZoneStateRec& State, const WlzRegionRec& Region, std:
         *rs, fKreis, &WlzCountyRec::Kreis, list,
         [&](WlzCountyRec& r) {
             if (byRegion) {
-                r.Name = Region.Name;
-                r.Number = Region.Number;
-                r.Code = Region.Code;
+                TakePlace(r, Region);
             } else {
-                r.Name = State.Name;
-                r.Number = State.Number;
-                r.Code = State.Code;
+                TakePlace(r, State);
             }
             r.Bezirk = NzText(fBezirk);
             r.BezID = CInt(fBezID.Value());
@@ -110,17 +105,11 @@ void ReadWlzTowns(const ZoneStateRec& State, const WlzRegionRec& Region, const W
     for (; !rs->EOF_(); rs->MoveNext()) {
         WlzTownRec r;
         if (region) {
-            r.Name = Region.Name;
-            r.Number = Region.Number;
-            r.Code = Region.Code;
+            TakePlace(r, Region);
         } else if (county) {
-            r.Name = County.Name;
-            r.Number = County.Number;
-            r.Code = County.Code;
+            TakePlace(r, County);
         } else {
-            r.Name = State.Name;
-            r.Number = State.Number;
-            r.Code = State.Code;
+            TakePlace(r, State);
         }
         Skip([&] { r.Bezirk = CStr(rs->Fields("Bezirk").Value()); });
         Skip([&] { r.BezID = CInt(rs->Fields("BezID").Value()); });
