@@ -46,8 +46,14 @@ struct PublishedCpDirection {
     double e = 0;                               // m
     std::vector<PublishedZoneShape> shapes;
     double bWind = 0, dWind = 0;                // m: the plan as this direction sees it (across, along)
+    std::string note;                           // why there are no sets, or what was assumed
 };
 
+// A zone the table prints once belongs to both sets. Zone shapes lie in the
+// direction's own plan: x from the windward edge (0..dWind), y across
+// (0..bWind); a wall zone is the segment of wall it covers. Hipped roofs get
+// e but no shapes. h, b, d must be positive and finite, alpha finite, else
+// error 5.
 // Empty: the standard gives no coefficients for this form.
 std::vector<PublishedCpDirection> PublishedCpOf(const PublishedCpQuery& q);
 
