@@ -52,7 +52,8 @@ struct PublishedCpDirection {
 // A zone the table prints once belongs to both sets. Zone shapes lie in the
 // direction's own plan: x from the windward edge (0..dWind), y across
 // (0..bWind); a wall zone is the segment of wall it covers. Hipped roofs get
-// e but no shapes. h, b, d must be positive and finite, alpha finite, else
+// e but no shapes; their one alpha serves both directions (alpha_0 and
+// alpha_90 alike). h, b, d must be positive and finite, alpha finite, else
 // error 5.
 // Empty: the standard gives no coefficients for this form.
 std::vector<PublishedCpDirection> PublishedCpOf(const PublishedCpQuery& q);
