@@ -20,6 +20,7 @@
 #include "controls/QVLabel.h"
 #include "controls/QVTextBox.h"
 #include "controls/frmWartenProgress.h"
+#include "maps/MapForms.h"
 #include "support/CLocLite.h"
 #include "support/ModuleState.h"
 #include "support/modLowLevel.h"
@@ -188,6 +189,66 @@ int main(int argc, char** argv) {
         {
             frmControlGallery gallery;
             shoot(gallery);
+        }
+        // Zone maps and choosers, each with a value chosen as a user would see it.
+        {
+            const auto chooser = [&](Form& form, const std::function<void()>& set) {
+                form.Load();
+                set();
+                form.UpdateData(false, "");
+                form.Localize();
+                shoot(form);
+            };
+            const auto zoneMap = [&](ZoneMapForm& f, int16_t value) {
+                chooser(f, [&] { f.Value(value); });
+            };
+            {
+                frmSLZ f;
+                zoneMap(f, 2);
+            }
+            {
+                frmSLZ_1 f;
+                zoneMap(f, 11);
+            }
+            {
+                frmWZ_1 f;
+                zoneMap(f, 2);
+            }
+            {
+                frmWZ_2 f;
+                zoneMap(f, 3);
+            }
+            {
+                frmClimaEN f;
+                zoneMap(f, 6);
+            }
+            for (int16_t region = 1; region <= 12; ++region) {
+                frmEN_SZ f(region);
+                zoneMap(f, 1);
+            }
+            {
+                frmWindCategory100 f;
+                chooser(f, [&] { f.WCat(2); });
+            }
+            {
+                frmWindCategory100_WithoutGrf f;
+                chooser(f, [&] { f.WCat(2); });
+            }
+            {
+                frmWindCategoryEN f;
+                chooser(f, [&] { f.WCat(2); });
+            }
+            {
+                frmWindCategoryEN_BS f;
+                chooser(f, [&] { f.WCat(2); });
+            }
+            {
+                frmOrographic f;
+                chooser(f, [&] {
+                    f.gPhi = 0.1;
+                    f.sFac = 0.4;
+                });
+            }
         }
     }
     return failed == 0 ? 0 : 1;
