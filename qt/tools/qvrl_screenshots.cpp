@@ -21,6 +21,7 @@
 #include "controls/QVTextBox.h"
 #include "controls/frmWartenProgress.h"
 #include "dialogs/frmRoofLoadEN.h"
+#include "maps/MapForms.h"
 #include "support/CLocLite.h"
 #include "support/ModuleState.h"
 #include "support/modLowLevel.h"
@@ -216,6 +217,66 @@ int main(int argc, char** argv) {
             else {
                 std::fprintf(stderr, "qvrl_screenshots: cannot write %s\n", file.toLocal8Bit().constData());
                 ++failed;
+            }
+        }
+        // Zone maps and choosers, each with a value chosen as a user would see it.
+        {
+            const auto chooser = [&](Form& form, const std::function<void()>& set) {
+                form.Load();
+                set();
+                form.UpdateData(false, "");
+                form.Localize();
+                shoot(form);
+            };
+            const auto zoneMap = [&](ZoneMapForm& f, int16_t value) {
+                chooser(f, [&] { f.Value(value); });
+            };
+            {
+                frmSLZ f;
+                zoneMap(f, 2);
+            }
+            {
+                frmSLZ_1 f;
+                zoneMap(f, 11);
+            }
+            {
+                frmWZ_1 f;
+                zoneMap(f, 2);
+            }
+            {
+                frmWZ_2 f;
+                zoneMap(f, 3);
+            }
+            {
+                frmClimaEN f;
+                zoneMap(f, 6);
+            }
+            for (int16_t region = 1; region <= 12; ++region) {
+                frmEN_SZ f(region);
+                zoneMap(f, 1);
+            }
+            {
+                frmWindCategory100 f;
+                chooser(f, [&] { f.WCat(2); });
+            }
+            {
+                frmWindCategory100_WithoutGrf f;
+                chooser(f, [&] { f.WCat(2); });
+            }
+            {
+                frmWindCategoryEN f;
+                chooser(f, [&] { f.WCat(2); });
+            }
+            {
+                frmWindCategoryEN_BS f;
+                chooser(f, [&] { f.WCat(2); });
+            }
+            {
+                frmOrographic f;
+                chooser(f, [&] {
+                    f.gPhi = 0.1;
+                    f.sFac = 0.4;
+                });
             }
         }
     }

@@ -1,9 +1,13 @@
 #include "dialogs/frmRoofLoadEN.h"
 
+#include <memory>
+
 #include "interchange/modAsciiRL2.h"
 #include "location/modAGSMdb_1.h"
 #include "location/modSLZMdb.h"
 #include "location/modWLZMdb.h"
+#include "maps/MapDialogs.h"
+#include "maps/MapForms.h"
 #include "rules/modSnowEN.h"
 #include "rules/modWindEN.h"
 #include "store/StoreFiles.h"
@@ -124,6 +128,7 @@ frmRoofLoadEN::frmRoofLoadEN() {
             // Free text: no length limit.
             g.Style(QVTextBox::StyleLength);
             g.Schema(4);
+            g.EditWidth(2400);
         } else {
             ValueBox(g, "0.00");
             g.Caption("g");
@@ -143,6 +148,10 @@ frmRoofLoadEN::frmRoofLoadEN() {
     chkWindTopo_->Click = [this] { chkWindTopo_Click(); };
     chkNorm_->Click = [this] { chkNorm_Click(); };
     cmdDefault_->Click = [this] { cmdDefault_Click(); };
+    cmdSLZ_->Click = [this] { cmdSLZ_Click(); };
+    cmdClimaticRegion_->Click = [this] { cmdClimaticRegion_Click(); };
+    cmdGK_->Click = [this] { cmdGK_Click(); };
+    cmdOro_->Click = [this] { cmdOro_Click(); };
     QVButtons1_->OnOk = [this] { QVButtons1_OnOk(); };
     QVButtons1_->OnCancel = [this] { QVButtons1_OnCancel(); };
 
@@ -515,6 +524,61 @@ void frmRoofLoadEN::cmdDefault_Click() {
     defSnow_.h = Hoehe_NN;
     defSnow_.sz = SLZ;
     SaveDefaults(town_, defWind_, defSnow_, NachNorm ? 1 : 0, "");
+}
+
+void frmRoofLoadEN::cmdSLZ_Click() {
+    if (Updating) return;
+    if (SnowZoneByMapEN(norm_, climate_, SLZ) >= 0) UpdateData(false, "");
+    SendTab();
+}
+
+void frmRoofLoadEN::cmdClimaticRegion_Click() {
+    if (Updating) return;
+    const int16_t before = climate_;
+    if (ClimateRegionByMap(climate_) >= 0) {
+        if (climate_ != before) FillSnowZones();
+        ClearTown();
+        UpdateData(false, "");
+    }
+    SendTab();
+}
+
+void frmRoofLoadEN::cmdGK_Click() {
+    if (Updating) return;
+    std::unique_ptr<WindCategoryForm> f;
+    if (norm_ == norm::UK) f = std::make_unique<frmWindCategoryEN_BS>();
+    else f = std::make_unique<frmWindCategoryEN>();
+    f->Load();
+    // EN categories are their own option index (0 to 4).
+    const CodeList categories = ListsOfNorm(norm_).categories;
+    for (int16_t i = 0; i < f->OptionCount(); ++i) f->WCat_Enabled(i, false);
+    for (int16_t k = 1; k <= categories.Count(); ++k) f->WCat_Enabled(categories.Index[k], true);
+    f->WCat(GebKat);
+    f->UpdateData(false);
+    f->Show();
+    if (f->OnOkButton()) {
+        f->UpdateData(true);
+        GebKat = f->WCat();
+        UpdateData(false, "");
+    }
+    f->Unload();
+    SendTab();
+}
+
+void frmRoofLoadEN::cmdOro_Click() {
+    if (Updating) return;
+    frmOrographic f;
+    f.Load();
+    f.gPhi = upwindSlope_;
+    f.sFac = locationFactor_;
+    f.UpdateData(false);
+    f.Show();
+    if (f.OnOkButton()) {
+        upwindSlope_ = f.gPhi;
+        locationFactor_ = f.sFac;
+        UpdateData(false, "");
+    }
+    f.Unload();
 }
 
 void frmRoofLoadEN::QVButtons1_OnOk() {

@@ -74,6 +74,10 @@ public:
     void chkWindTopo_Click();
     void chkNorm_Click();
     void cmdDefault_Click();
+    void cmdSLZ_Click();
+    void cmdClimaticRegion_Click();
+    void cmdGK_Click();
+    void cmdOro_Click();
     void QVButtons1_OnOk();
     void QVButtons1_OnCancel();
 

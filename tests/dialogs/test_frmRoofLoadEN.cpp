@@ -208,6 +208,43 @@ TEST_F(RoofLoadENSession, DefaultsOnAndOff) {
     }
 }
 
+// The choosers hand their code back into the form: the category overview
+// returns the EN category itself; the UK annex has no snow map, which says
+// so and changes nothing.
+TEST_F(RoofLoadENSession, ChoosersHandBackTheirCode) {
+    SessionStep option = Step("click", "optWCat(4)");
+    option.form = "frmWindCategoryEN";
+    SessionStep chooserOk = Step("ok");
+    chooserOk.form = "frmWindCategoryEN";
+    struct Case {
+        const char* input;
+        std::vector<SessionStep> steps;
+        std::vector<std::string> forms;
+        size_t messages;
+        const char* expected;
+    };
+    const Case cases[] = {
+        {"en54.asc", {Step("click", "cmdGK"), option, chooserOk, Step("ok")}, {kForm, "frmWindCategoryEN"}, 0,
+         "en54_cat4.asc"},
+        {"uk53_nachnorm.asc", {Step("click", "cmdSLZ"), Step("ok")}, {kForm}, 1, "uk53_nachnorm_ok.asc"},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.expected);
+        test::WriteFile(file, Fixture(c.input));
+        CRoofLoad roof;
+        SessionScript script;
+        script.steps = c.steps;
+        auto p = std::make_shared<ScriptedPlatform>(script);
+        p->Run([&] { roof.ShowRoofLoadDlg_EN(file); });
+        std::vector<std::string> forms;
+        for (const auto& f : p->Forms()) forms.push_back(f.name);
+        EXPECT_EQ(forms, c.forms);
+        EXPECT_EQ(p->Messages().size(), c.messages);
+        EXPECT_TRUE(roof.OnOk());
+        ExpectFile(c.expected);
+    }
+}
+
 // Choosing a DIN standard hands the file over: it is written with the new
 // code, the form is gone, and with no DIN session to go on in OnOk is false.
 TEST_F(RoofLoadENSession, GermanStandardHandsOver) {
