@@ -208,6 +208,36 @@ TEST_F(RoofLoadENSession, DefaultsOnAndOff) {
     }
 }
 
+// The defaults button stores the properties as they stand, not the boxes,
+// and Cancel after it still leaves the block file alone.
+TEST_F(RoofLoadENSession, DefaultsButtonStoresThePropertiesAsTheyStand) {
+    const std::string input = Fixture("en54.asc");
+    test::WriteFile(file, input);
+    CRoofLoad roof;
+    roof.WithDefaults = true;
+    SessionScript script;
+    script.steps = {Step("click", "cmdDefault"), Step("cancel")};
+    Run(roof, script);
+    EXPECT_EQ(test::ReadFile(file), input);
+    TownRec town;
+    WindLoadRec wind;
+    SnowLoadRec snow;
+    int16_t ctrlNorm = -1;
+    std::string codes;
+    ReadDefaults(town, wind, snow, ctrlNorm, codes);
+    EXPECT_EQ(ctrlNorm, 0);
+    EXPECT_EQ(wind.Norm, 54);
+    EXPECT_EQ(wind.q0, 0.5);  // read back through the file's kN/cm²: 0.000050 · 10000
+    EXPECT_EQ(wind.h, 10.0);
+    EXPECT_EQ(wind.cat, 2);
+    EXPECT_EQ(snow.Norm, 54);
+    // Both reads multiply the written 0.000085 by 10000, which is not 0.85 to the last bit.
+    EXPECT_EQ(snow.s0, 0.000085 * 10000);
+    EXPECT_NE(snow.s0, 0.85);
+    EXPECT_EQ(snow.h, 250.0);
+    EXPECT_EQ(snow.sz, 2);
+}
+
 // The choosers hand their code back into the form: the category overview
 // returns the EN category itself; the UK annex has no snow map, which says
 // so and changes nothing.
