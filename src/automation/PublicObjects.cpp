@@ -180,6 +180,20 @@ const dispatch::Table<CWindSnow>& WindSnowTable() {
         Bind("WindOpenSides2005", &WS::WindOpenSides2005, {"sName", "Index"}, "Open sides, DIN 1055-4:2005"),
         Bind("WindOpenSides_EN_1991_1_4", &WS::WindOpenSides_EN_1991_1_4, {"sName", "Index"},
              "Open sides, EN 1991-1-4"),
+        // Town dialogs.
+        Bind("SnowWindZonesByTown2005AGS", &WS::SnowWindZonesByTown2005AGS, {"WZ", "SZ", "AGS", "TownName"},
+             "Town selection (German table): wind and snow zone codes, key and name of the town (in/out); 1 or -1"),
+        Bind("SnowWindZonesByTown_EN_1991_1_AGS", &WS::SnowWindZonesByTown_EN_1991_1_AGS,
+             {"CtrlNA", "WZ", "SZ", "qb", "sk", "hNN", "AGS", "TownName"},
+             "Town selection (Eurocode table): snow zone code, qb and sk in kN/m2, hNN in m, key and name (in/out)"),
+        Bind("SnowZoneByTown2005", &WS::SnowZoneByTown2005, {"zone"},
+             "Snow zone of a municipality from the DIBt list (in/out); -1 after Cancel"),
+        Bind("SnowZoneByTown2005_T3093", &WS::SnowZoneByTown2005_T3093, {"zone"},
+             "Snow zone of a municipality from the list of T 3093 (in/out); -1 after Cancel"),
+        Bind("WindZoneByTown2005_DIBt", &WS::WindZoneByTown2005_DIBt, {"zone"},
+             "Wind zone of a municipality from the DIBt list (in/out); -1 after Cancel"),
+        Bind("WindZoneByTown2005_T2963", &WS::WindZoneByTown2005_T2963, {"zone"},
+             "Wind zone of a municipality from the list of T 2963 (in/out); -1 after Cancel"),
     });
     return table;
 }
