@@ -62,8 +62,8 @@ std::string ZoneResultCaption(const std::string& name, int32_t nameTwips, int32_
 }
 
 ZoneTownForm::ZoneTownForm(bool wind, bool dibt, const char* caption, const char* remark)
-    : cbBL(Add<ComboBox>("cbBL")),
-      lbBL(Add<Label>("lbBL")),
+    : lbBL(Add<Label>("lbBL")),
+      cbBL(Add<ComboBox>("cbBL")),
       fraBez(wind ? &Add<QVFrame>("fraBez") : nullptr),
       txtBez(wind ? &Add<TextBox>("txtBez") : nullptr),
       lstBez(wind ? &Add<ComboBox>("lstBez") : nullptr),
@@ -96,7 +96,6 @@ ZoneTownForm::ZoneTownForm(bool wind, bool dibt, const char* caption, const char
     // filled alike and stay hidden, as do the measures.
     for (ListView* v : {fxgLK, &lvGemeinde, &gridGemeinde, fxgGem})
         if (v) v->Visible(false);
-    if (fraGem2) fraGem2->Visible(false);
     lblLength.Visible(false);
     txtZone.Style(QVTextBox::StyleLength);
     txtZone.Locked(true);

@@ -33,8 +33,8 @@ public:
     // key that brought it there is not a filter edit.
     bool FilterBusy = false;
 
-    ComboBox& cbBL;
     Label& lbBL;
+    ComboBox& cbBL;
     QVFrame* fraBez = nullptr;
     TextBox* txtBez = nullptr;
     ComboBox* lstBez = nullptr;
