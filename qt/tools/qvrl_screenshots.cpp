@@ -282,6 +282,8 @@ int main(int argc, char** argv) {
                     f.gPhi = 0.1;
                     f.sFac = 0.4;
                 });
+            }
+        }
         {
             // Town dialogs. The shipped tables hold no municipalities: the
             // lists stand empty until the official lists are imported.
