@@ -148,6 +148,7 @@ frmRoofLoadEN::frmRoofLoadEN() {
     chkWindTopo_->Click = [this] { chkWindTopo_Click(); };
     chkNorm_->Click = [this] { chkNorm_Click(); };
     cmdDefault_->Click = [this] { cmdDefault_Click(); };
+    cmdAGS_->Click = [this] { cmdAGS_Click(); };
     cmdSLZ_->Click = [this] { cmdSLZ_Click(); };
     cmdClimaticRegion_->Click = [this] { cmdClimaticRegion_Click(); };
     cmdGK_->Click = [this] { cmdGK_Click(); };
@@ -524,6 +525,17 @@ void frmRoofLoadEN::cmdDefault_Click() {
     defSnow_.h = Hoehe_NN;
     defSnow_.sz = SLZ;
     SaveDefaults(town_, defWind_, defSnow_, NachNorm ? 1 : 0, "");
+}
+
+void frmRoofLoadEN::cmdAGS_Click() {
+    if (Updating) return;
+    // The Eurocode takes qb, not the wind zone: the zone stays local.
+    int16_t wz = 0;
+    std::string name;
+    if (SelectTownDialogEN(norm_, wz, SLZ, qb0, Rechenwert_s0, Hoehe_NN, ags_, name) >= 1)
+        FindTownByAGSEN(norm_, ags_, town_);
+    UpdateData(false, "");
+    SendTab();
 }
 
 void frmRoofLoadEN::cmdSLZ_Click() {

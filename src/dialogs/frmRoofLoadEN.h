@@ -74,6 +74,7 @@ public:
     void chkWindTopo_Click();
     void chkNorm_Click();
     void cmdDefault_Click();
+    void cmdAGS_Click();
     void cmdSLZ_Click();
     void cmdClimaticRegion_Click();
     void cmdGK_Click();

@@ -11,10 +11,12 @@
 #include <vector>
 
 #include "TestEnv.h"
+#include "location/test_modAGSMdb_fixture.h"
 #include "automation/CRoofLoad.h"
 #include "automation/Session.h"
 #include "dialogs/frmRoofLoadEN.h"
 #include "interchange/modAsciiRL2.h"
+#include "maintenance/StoreImports.h"
 #include "qvroofload.h"
 #include "support/CLocLite.h"
 #include "support/ModuleState.h"
@@ -386,3 +388,46 @@ TEST_F(RoofLoadENForm, CbNormClickDoesNothingAndEnChoiceStays) {
 }
 
 }  // namespace
+
+// cmdAGS opens the Eurocode town selection; the chosen town (Aach: sk 0.85,
+// 173 m, no qb, zone "1a" outside the Eurocode list) brings its snow load,
+// altitude, qb and key into the file and leaves the zone code.
+class RoofLoadENTownSession : public test::TownDbTest {
+protected:
+    void SetUp() override {
+        TownDbTest::SetUp();
+        const std::string db = (program_ / "qvrl.mdb").string();
+        const std::string fixtures = std::string(QVRL_SOURCE_DIR) + "/tests/maintenance/fixtures/";
+        imports::Gv100ad(fixtures + "gv100ad_small.asc", db);
+        imports::Zones(fixtures + "zones_small.csv", db, 50);
+        file = (test::FreshFolder("blocks") / "roof.asc").string();
+    }
+    std::string file;
+};
+
+TEST_F(RoofLoadENTownSession, TownChosenThroughCmdAGS) {
+    test::WriteFile(file, Fixture("en50.asc"));
+    SessionScript script;
+    SessionStep town;
+    town.form = "frmSelTown_1";
+    town.action = "type";
+    town.control = "txtAGS(1)";
+    town.text = "Aach";
+    SessionStep row = town;
+    row.action = "select_row";
+    row.control = "lvGem";
+    row.row = 0;
+    SessionStep ok = town;
+    ok.action = "ok";
+    ok.control.clear();
+    script.steps = {Step("click", "cmdAGS"), town, row, ok, Step("ok")};
+    auto p = std::make_shared<ScriptedPlatform>(script);
+    CRoofLoad roof;
+    p->Run([&] { roof.ShowRoofLoadDlg_EN(file); });
+    std::vector<std::string> forms;
+    for (const auto& f : p->Forms()) forms.push_back(f.name);
+    EXPECT_EQ(forms, (std::vector<std::string>{kForm, "frmSelTown_1"}));
+    EXPECT_TRUE(roof.OnOk());
+    const std::vector<std::string> want = Lines(Fixture("en50_town.asc"));
+    EXPECT_EQ(Lines(test::ReadFile(file)), want);
+}
