@@ -12,6 +12,7 @@
 #include <vector>
 
 #include "automation/Dispatch.h"
+#include "automation/SiteReportJson.h"
 #include "maintenance/StoreImports.h"
 #include "support/DesktopPlatform.h"
 #include "support/errors.h"
@@ -326,4 +327,17 @@ PYBIND11_MODULE(_qvroofload, m) {
         },
         py::arg("path"), py::arg("db") = py::none(), py::arg("land") = 50,
         "Loads zone assignments for land 50 (Germany) or 51 (Austria); db None: your own qvrl.mdb.");
+
+    // The site report: the options as one JSON object in, the document out;
+    // the package turns keyword arguments and the result into Python.
+    m.def(
+        "site_json",
+        [](const std::string& input) {
+            try {
+                return qvrl::SiteJsonFor(input);
+            } catch (const qvrl::SiteInputError& e) {
+                Raise(err::InvalidCall, "site", e.what());
+            }
+        },
+        py::arg("input"), "The site report (JSON text) for a JSON object of the options of `qvroofload site`.");
 }

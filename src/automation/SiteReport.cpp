@@ -527,17 +527,18 @@ void PublishSnow(SiteResult& r) {
         if (r.groundSnow.value) p.s = fp::Mul(fp::Mul(fp::Mul(m, r.Ce), r.Ct), *r.groundSnow.value);
         return p;
     };
-    const std::string book = Norm == norm::DE    ? "DIN EN 1991-1-3:2010-12, "
-                             : IsDin(Norm)       ? "DIN 1055-5:2005-07, 4.2, as "
-                                                 : "EN 1991-1-3:2003, ";
+    // DIN 1055-5 draws the same cases in its own clause.
+    const bool din = IsDin(Norm);
+    const std::string book = Norm == norm::DE ? "DIN EN 1991-1-3:2010-12, " : "EN 1991-1-3:2003, ";
     if (in.Form == SiteRoofForm::Gabled || in.Form == SiteRoofForm::Hipped) {
         const double half = fp::Mul(0.5, mu);
-        const std::string fig = book + "5.3.3, Figure 5.3, case ";
+        const std::string fig = din ? "DIN 1055-5:2005-07, 4.2, duopitch roof, case " : book + "5.3.3, Figure 5.3, case ";
         r.arrangements.push_back({"undrifted", fig + "(i)", {part("left", mu), part("right", mu)}});
         r.arrangements.push_back({"drifted_left", fig + "(ii)", {part("left", half), part("right", mu)}});
         r.arrangements.push_back({"drifted_right", fig + "(iii)", {part("left", mu), part("right", half)}});
     } else {
-        r.arrangements.push_back({"undrifted", book + "5.3.2, Figure 5.2", {part("whole", mu)}});
+        r.arrangements.push_back(
+            {"undrifted", din ? "DIN 1055-5:2005-07, 4.2, monopitch roof" : book + "5.3.2, Figure 5.2", {part("whole", mu)}});
     }
 }
 

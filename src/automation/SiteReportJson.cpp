@@ -1,5 +1,6 @@
 #include "automation/SiteReportJson.h"
 
+#include <algorithm>
 #include <nlohmann/json.hpp>
 
 #include "rules/PublishedWind.h"
@@ -157,7 +158,98 @@ ordered_json Notes(const SiteResult& r) {
     return notes;
 }
 
+[[noreturn]] void BadKey(const std::string& key, const std::string& what) {
+    throw SiteInputError(key, "--" + key + ": " + what);
+}
+
+// Option names as the tool spells them: "snow_zone" is --snow-zone.
+std::string OptionOf(std::string key) {
+    std::replace(key.begin(), key.end(), '_', '-');
+    return key;
+}
+
+double NumberOf(const std::string& opt, const nlohmann::json& v) {
+    if (!v.is_number()) BadKey(opt, "must be a number");
+    return v.get<double>();
+}
+
+int16_t CodeOf(const std::string& opt, const nlohmann::json& v) {
+    if (!v.is_number_integer() || v.get<int64_t>() < -32768 || v.get<int64_t>() > 32767)
+        BadKey(opt, "must be a whole number from -32768 to 32767");
+    return static_cast<int16_t>(v.get<int64_t>());
+}
+
+std::string TextOf(const std::string& opt, const nlohmann::json& v) {
+    if (!v.is_string()) BadKey(opt, "must be a text");
+    return v.get<std::string>();
+}
+
 }  // namespace
+
+SiteInput SiteInputFromJson(const std::string& text) {
+    nlohmann::json j;
+    try {
+        j = nlohmann::json::parse(text);
+    } catch (const nlohmann::json::parse_error& e) {
+        throw SiteInputError("input", std::string("the input is no JSON text: ") + e.what());
+    }
+    if (!j.is_object()) throw SiteInputError("input", "the input must be a JSON object of options");
+    SiteInput in;
+    bool norm = false;
+    for (const auto& [key, v] : j.items()) {
+        const std::string opt = OptionOf(key);
+        if (v.is_null()) continue;
+        using Num = std::optional<double> SiteInput::*;
+        static const std::pair<const char*, Num> kNumbers[] = {
+            {"altitude", &SiteInput::TerrainHeightInM}, {"height", &SiteInput::BuildingHeightInM},
+            {"pitch", &SiteInput::Alpha},               {"h_d", &SiteInput::HzuD},
+            {"qb", &SiteInput::BasicWindPressure},      {"vb", &SiteInput::BasicWindVelocity},
+            {"phi", &SiteInput::UpwindSlope_Phi},       {"s", &SiteInput::OrographicLocationFac_s},
+            {"cdir", &SiteInput::cDir},                 {"cseason", &SiteInput::cSeason},
+            {"dist_shore", &SiteInput::DistToShore},    {"dist_town", &SiteInput::DistInTown},
+            {"ce", &SiteInput::Ce},                     {"ct", &SiteInput::Ct},
+            {"width", &SiteInput::PlanWidth},           {"depth", &SiteInput::PlanDepth},
+        };
+        using Code = std::optional<int16_t> SiteInput::*;
+        static const std::pair<const char*, Code> kCodes[] = {
+            {"wind_zone", &SiteInput::WindZone}, {"category", &SiteInput::BuildingCategory},
+            {"region", &SiteInput::CtrlRegion}};
+        bool known = false;
+        for (const auto& [name, member] : kNumbers)
+            if (key == name) in.*member = NumberOf(opt, v), known = true;
+        for (const auto& [name, member] : kCodes)
+            if (key == name) in.*member = CodeOf(opt, v), known = true;
+        if (known) continue;
+        if (key == "norm") {
+            in.Norm = CodeOf(opt, v), norm = true;
+        } else if (key == "town") {
+            in.AGS = TextOf(opt, v);
+        } else if (key == "snow_zone") {
+            // A zone is named by its code or by its text, as on the command line.
+            if (v.is_string()) in.SnowZoneText = v.get<std::string>();
+            else in.SnowZone = CodeOf(opt, v);
+        } else if (key == "roof") {
+            const std::string roof = TextOf(opt, v);
+            const auto form = SiteRoofFormFromName(roof == "monopitch" ? "pent" : roof);
+            if (!form) BadKey(opt, "'" + roof + "' is no roof form: gabled, hipped, flat, pent (monopitch) or wall");
+            in.Form = *form;
+        } else if (key == "profile") {
+            const std::string name = TextOf(opt, v);
+            in.WindProfile = GermanWindProfileFromName(name);
+            if (name != "coast" && name != "inland" && name != "islands")
+                BadKey(opt, "'" + name + "' is no profile: coast, inland or islands");
+        } else if (key == "hp_h" || key == "r_h" || key == "alpha_tr") {
+            const double x = NumberOf(opt, v);
+            (key == "hp_h" ? in.hpZuH : key == "r_h" ? in.rZuH : in.AlphaTr) = x;
+        } else {
+            BadKey(opt, "is no option of the site report");
+        }
+    }
+    if (!norm) BadKey("norm", "is needed: the standard code (1, 3, 31, 50 to 54)");
+    return in;
+}
+
+std::string SiteJsonFor(const std::string& inputJson) { return SiteReportJson(ComputeSite(SiteInputFromJson(inputJson))); }
 
 std::string SiteReportJson(const SiteResult& r, int indent) {
     const ordered_json j = {{"schema_version", kSiteReportSchemaVersion},
