@@ -12,6 +12,7 @@
 #include <vector>
 
 #include "automation/Dispatch.h"
+#include "automation/Session.h"
 #include "automation/SiteReportJson.h"
 #include "maintenance/StoreImports.h"
 #include "support/DesktopPlatform.h"
@@ -235,6 +236,45 @@ PYBIND11_MODULE(_qvroofload, m) {
     py::class_<Dispatchable, std::shared_ptr<Dispatchable>>(m, "Object", "A public object reached by member names")
         .def_property_readonly("class_name", &Dispatchable::ClassName);
 
+    m.def(
+        "run_session",
+        [](const std::string& target, const py::list& args, const py::list& steps, const std::vector<int32_t>& answers) {
+            qvrl::SessionScript script;
+            script.answers = answers;
+            for (const auto& item : steps) {
+                const auto d = item.cast<py::dict>();
+                const auto text = [&](const char* k) { return d.contains(k) ? d[k].cast<std::string>() : std::string(); };
+                qvrl::SessionStep st;
+                st.form = text("form");
+                st.action = text("action");
+                st.control = text("control");
+                st.key = text("key");
+                if (d.contains("text")) st.text = text("text");
+                if (d.contains("tag")) st.tag = text("tag");
+                if (d.contains("index")) st.index = d["index"].cast<int32_t>();
+                script.steps.push_back(std::move(st));
+            }
+            std::vector<Variant> values;
+            for (const auto& a : args) values.push_back(FromPy(a, 0));
+            auto platform = std::make_shared<qvrl::ScriptedPlatform>(std::move(script));
+            qvrl::MemberRun run;
+            try {
+                platform->Run([&] { run = qvrl::RunMemberUnder(platform, target, std::move(values)); });
+            } catch (const qvrl::ScriptError& e) {
+                throw py::value_error(e.what());
+            }
+            py::dict out;
+            out["result"] = ToPy(run.result);
+            out["on_ok"] = run.onOk ? py::object(py::bool_(*run.onOk)) : py::object(py::none());
+            py::list forms;
+            for (const auto& f : platform->Forms()) forms.append(f.name);
+            out["forms"] = forms;
+            return out;
+        },
+        py::arg("target"), py::arg("args"), py::arg("steps"), py::arg("answers") = std::vector<int32_t>{},
+        "Runs Class.Member with its dialogs driven by steps (dicts: form, action, control, text, key, tag, "
+        "index) instead of a screen; returns result, on_ok and the forms shown. A step that does not fit is "
+        "ValueError.");
     m.def(
         "use_qt_dialogs", [] { qvrl::UseDesktopPlatform(); },
         "Shows dialogs as Qt dialogs on the screen from here on; RuntimeError 429 without Qt or a display.");

@@ -20,6 +20,8 @@
 #include "controls/QVLabel.h"
 #include "controls/QVTextBox.h"
 #include "controls/frmWartenProgress.h"
+#include "dialogs/frmRoofLoadEN.h"
+#include "maps/MapForms.h"
 #include "support/CLocLite.h"
 #include "support/ModuleState.h"
 #include "support/modLowLevel.h"
@@ -188,6 +190,94 @@ int main(int argc, char** argv) {
         {
             frmControlGallery gallery;
             shoot(gallery);
+        }
+        // The Eurocode roof load dialog in the states whose boxes differ:
+        // no annex, Austria (no vb, no factors), UK (distances by category).
+        for (const int16_t norm : {int16_t{54}, int16_t{51}, int16_t{53}}) {
+            State().SelectableCodesCtrl = "_1_3_54_50_51_53_52_";
+            frmRoofLoadEN roof;
+            roof.Load();
+            roof.Norm(norm);
+            roof.MitNormSelect = true;
+            roof.MitG = true;
+            roof.NachNorm = true;
+            roof.Hoehe_Geb = 12;
+            roof.Hoehe_NN = 420;
+            roof.GebKat = 3;
+            roof.qb0 = 0.39;
+            roof.vb0 = 25;
+            roof.SLZ = norm == 54 ? 2 : 102;
+            roof.Rechenwert_g0 = 0.55;
+            roof.Localize();
+            roof.Init_Me();
+            roof.UpdateData(false, "");
+            const QString file =
+                out + "/" + QString::fromStdString(roof.FormName() + "_" + std::to_string(norm) + "_" + lang) + ".png";
+            if (Render(roof, file)) std::printf("%s\n", file.toLocal8Bit().constData());
+            else {
+                std::fprintf(stderr, "qvrl_screenshots: cannot write %s\n", file.toLocal8Bit().constData());
+                ++failed;
+            }
+        }
+        // Zone maps and choosers, each with a value chosen as a user would see it.
+        {
+            const auto chooser = [&](Form& form, const std::function<void()>& set) {
+                form.Load();
+                set();
+                form.UpdateData(false, "");
+                form.Localize();
+                shoot(form);
+            };
+            const auto zoneMap = [&](ZoneMapForm& f, int16_t value) {
+                chooser(f, [&] { f.Value(value); });
+            };
+            {
+                frmSLZ f;
+                zoneMap(f, 2);
+            }
+            {
+                frmSLZ_1 f;
+                zoneMap(f, 11);
+            }
+            {
+                frmWZ_1 f;
+                zoneMap(f, 2);
+            }
+            {
+                frmWZ_2 f;
+                zoneMap(f, 3);
+            }
+            {
+                frmClimaEN f;
+                zoneMap(f, 6);
+            }
+            for (int16_t region = 1; region <= 12; ++region) {
+                frmEN_SZ f(region);
+                zoneMap(f, 1);
+            }
+            {
+                frmWindCategory100 f;
+                chooser(f, [&] { f.WCat(2); });
+            }
+            {
+                frmWindCategory100_WithoutGrf f;
+                chooser(f, [&] { f.WCat(2); });
+            }
+            {
+                frmWindCategoryEN f;
+                chooser(f, [&] { f.WCat(2); });
+            }
+            {
+                frmWindCategoryEN_BS f;
+                chooser(f, [&] { f.WCat(2); });
+            }
+            {
+                frmOrographic f;
+                chooser(f, [&] {
+                    f.gPhi = 0.1;
+                    f.sFac = 0.4;
+                });
+            }
         }
     }
     return failed == 0 ? 0 : 1;

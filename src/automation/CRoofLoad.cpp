@@ -1,6 +1,7 @@
 #include "automation/CRoofLoad.h"
 
 #include "automation/CWindSnow.h"
+#include "automation/RoofLoadSessions.h"
 #include "cp/CWindCpTable.h"
 #include "cp/CpWindRecord.h"
 #include "cp/WindCpRoutes.h"
@@ -51,6 +52,8 @@ void CRoofLoad::LanguageFileName(const std::string& name) {
     if (!loc) Raise(err::ObjectNotSet, "LanguageFileName");
     loc->FileName(name);
 }
+
+void CRoofLoad::ShowRoofLoadDlg_EN(const std::string& AsciiFileName) { RunRoofLoadDlg_EN(*this, AsciiFileName, onOk_); }
 
 std::string CRoofLoad::SelectableCodesCtrl() const { return State().SelectableCodesCtrl; }
 

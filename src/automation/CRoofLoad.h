@@ -45,6 +45,10 @@ public:
     bool WithDefaults = false;
     bool UseCpeDB = false;
 
+    // Dialog sessions: the block file AsciiFileName is read, shown and, on
+    // OK or a change of standard, written back.
+    void ShowRoofLoadDlg_EN(const std::string& AsciiFileName);
+
     // True when the last session ended with acceptance; the host only reads it.
     bool OnOk() const { return onOk_; }
 

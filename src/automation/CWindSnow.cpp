@@ -3,6 +3,7 @@
 #include "automation/CAGS.h"
 #include "vocab/CodeLists.h"
 #include "location/modWLZMdb.h"
+#include "maps/MapDialogs.h"
 #include "rules/modSnow.h"
 #include "rules/modSnowEN.h"
 #include "rules/modWind.h"
@@ -197,6 +198,25 @@ void CWindSnow::WindOpenSides2005(std::vector<std::string>& sName,
 void CWindSnow::WindOpenSides_EN_1991_1_4(std::vector<std::string>& sName,
                                           std::vector<int16_t>& Index) const {
     HandOut(WindOpenSidesList_EN(), sName, Index);
+}
+
+// --- zone maps and chooser dialogs ---
+
+int16_t CWindSnow::SnowZoneByMap1975(int16_t& zone) const { return qvrl::SnowZoneByMap1975(zone); }
+int16_t CWindSnow::SnowZoneByMap2005(int16_t& zone) const { return qvrl::SnowZoneByMap2005(zone); }
+int16_t CWindSnow::WindZoneByMap2005(int16_t& zone) const { return qvrl::WindZoneByMap2005(zone); }
+int16_t CWindSnow::WindZoneByMap2005_T2963(int16_t& zone) const { return qvrl::WindZoneByMap2005_T2963(zone); }
+int16_t CWindSnow::WindCategoryByView2005(int16_t& WCat) const { return qvrl::WindCategoryByView2005(WCat); }
+int16_t CWindSnow::SnowZoneByMapEN(int16_t CtrlNA, int16_t CtrlRegion, int16_t& zone) const {
+    return qvrl::SnowZoneByMapEN(CtrlNA, CtrlRegion, zone);
+}
+int16_t CWindSnow::ClimateRegionByMap(int16_t& CR) const { return qvrl::ClimateRegionByMap(CR); }
+int16_t CWindSnow::WindCategoryByView100(int16_t& WCat) const { return qvrl::WindCategoryByView100(WCat); }
+int16_t CWindSnow::WindCategoryByView_EN_1991_1_4(int16_t CtrlNA, int16_t& WCat) const {
+    return qvrl::WindCategoryByView_EN(CtrlNA, WCat);
+}
+bool CWindSnow::OrographyByView_EN_1991_1_4(double& gPhi, double& sFac) const {
+    return qvrl::OrographyByView(gPhi, sFac);
 }
 
 }  // namespace qvrl

@@ -78,6 +78,20 @@ public:
     void WindOpenSides2005(std::vector<std::string>& sName, std::vector<int16_t>& Index) const;
     void WindOpenSides_EN_1991_1_4(std::vector<std::string>& sName,
                                    std::vector<int16_t>& Index) const;
+
+    // Zone maps and chooser dialogs: the chosen code, stored in the in/out
+    // argument too, or -1 with the argument unchanged when cancelled.
+    int16_t SnowZoneByMap1975(int16_t& zone) const;
+    int16_t SnowZoneByMap2005(int16_t& zone) const;
+    int16_t WindZoneByMap2005(int16_t& zone) const;
+    int16_t WindZoneByMap2005_T2963(int16_t& zone) const;
+    int16_t WindCategoryByView2005(int16_t& WCat) const;
+    int16_t SnowZoneByMapEN(int16_t CtrlNA, int16_t CtrlRegion, int16_t& zone) const;
+    int16_t ClimateRegionByMap(int16_t& CR) const;
+    int16_t WindCategoryByView100(int16_t& WCat) const;
+    int16_t WindCategoryByView_EN_1991_1_4(int16_t CtrlNA, int16_t& WCat) const;
+    // True on OK, with the two values taken over.
+    bool OrographyByView_EN_1991_1_4(double& gPhi, double& sFac) const;
 };
 
 }  // namespace qvrl

@@ -180,6 +180,27 @@ const dispatch::Table<CWindSnow>& WindSnowTable() {
         Bind("WindOpenSides2005", &WS::WindOpenSides2005, {"sName", "Index"}, "Open sides, DIN 1055-4:2005"),
         Bind("WindOpenSides_EN_1991_1_4", &WS::WindOpenSides_EN_1991_1_4, {"sName", "Index"},
              "Open sides, EN 1991-1-4"),
+        // Zone maps and chooser dialogs.
+        Bind("SnowZoneByMap1975", &WS::SnowZoneByMap1975, {"zone"},
+             "Snow zone of DIN 1055-5:1975 chosen on the map (in/out); -1 when cancelled"),
+        Bind("SnowZoneByMap2005", &WS::SnowZoneByMap2005, {"zone"},
+             "Snow zone of DIN 1055-5:2005 chosen on the map (in/out); -1 when cancelled"),
+        Bind("WindZoneByMap2005", &WS::WindZoneByMap2005, {"zone"},
+             "Wind zone of DIN 1055-4:2005 chosen on the map (in/out); -1 when cancelled"),
+        Bind("WindZoneByMap2005_T2963", &WS::WindZoneByMap2005_T2963, {"zone"},
+             "Wind zone of DIN 1055-4:2005 with five zones chosen on the map (in/out); -1 when cancelled"),
+        Bind("WindCategoryByView2005", &WS::WindCategoryByView2005, {"WCat"},
+             "Terrain category of DIN 1055-4:2005 chosen in a dialog (in/out); -1 when cancelled"),
+        Bind("SnowZoneByMapEN", &WS::SnowZoneByMapEN, {"CtrlNA", "CtrlRegion", "zone"},
+             "Snow zone of EN 1991-1-3 chosen on the map of the climate region (in/out); -1 when cancelled or no map"),
+        Bind("ClimateRegionByMap", &WS::ClimateRegionByMap, {"CR"},
+             "Climate region of EN 1991-1-3 chosen on the map (in/out); -1 when cancelled"),
+        Bind("WindCategoryByView100", &WS::WindCategoryByView100, {"WCat"},
+             "Terrain category 1..6 of DIN 1055-4 Annex B chosen in the dialog with pictures; -1 when cancelled"),
+        Bind("WindCategoryByView_EN_1991_1_4", &WS::WindCategoryByView_EN_1991_1_4, {"CtrlNA", "WCat"},
+             "Terrain category 0..4 of EN 1991-1-4 chosen in a dialog (in/out); -1 when cancelled"),
+        Bind("OrographyByView_EN_1991_1_4", &WS::OrographyByView_EN_1991_1_4, {"gPhi", "sFac"},
+             "Upwind slope and location factor of the orography entered in a dialog (in/out); false when cancelled"),
     });
     return table;
 }
@@ -188,6 +209,8 @@ const dispatch::Table<CWindSnow>& WindSnowTable() {
 const dispatch::Table<CRoofLoad>& RoofLoadTable() {
     static const dispatch::Table<CRoofLoad> table({
         BindProperty("DefaultAccNorm", &RL::DefaultAccNorm, "Values according to the standard, offered to a dialog"),
+        Bind("ShowRoofLoadDlg_EN", &RL::ShowRoofLoadDlg_EN, {"AsciiFileName"},
+             "Eurocode wind, snow and dead load dialog over the block file; OnOk tells whether it was accepted"),
         Bind("WindPressure_DIN1055_4_1986", &RL::WindPressure_DIN1055_4_1986, {"BuildingHeightInM"},
              "No longer supported: shows a message and returns 0; see CWindSnow"),
         Bind("WindPressure_DIN1055_4_2005", &RL::WindPressure_DIN1055_4_2005,
