@@ -100,7 +100,8 @@ void AddSiteCommand(CLI::App& app, Context& ctx) {
         ->check(CLI::Range(-32768, 32767));
     add("town", o->town, "Municipality key (AGS); its zones fill what is not given");
     AddDbOption(*cmd, o->db);
-    add("snow-zone", o->snowZone, "Snow load zone of the standard: its code or its text, e.g. 21 or 2a (see `lists`)");
+    add("snow-zone", o->snowZone, "Snow load zone of the standard: its code or its text, e.g. 21 or 2a (see `lists`; for 50 the zones "
+        "of the German annex map: 1, 1a, 2, 2a, 3)");
     add("wind-zone", o->windZone, "Wind zone (DIN 1055-4:2005; DIN EN: gives qb and vb)")
         ->check(CLI::Range(-32768, 32767));
     add("altitude", o->altitude, "Height of the terrain above sea level, m")->check(validate::Altitude());

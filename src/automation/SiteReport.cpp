@@ -618,7 +618,11 @@ void NoteCpDifferences(SiteResult& r, const SitePublishedCp& p) {
                     if (z.zone != v.zone) continue;
                     const bool held = z.hasValue && (Same(z.cpe10, *v.cpe10) || (z.hasSecond && Same(z.cpe10a, *v.cpe10)));
                     if (held) continue;
-                    const std::optional<double> mv = z.hasValue ? std::optional(z.cpe10) : std::nullopt;
+                    // Set against set: the member's value of the same sign, if it has one.
+                    std::optional<double> mv;
+                    const bool up = !std::signbit(*v.cpe10);
+                    if (z.hasValue && !std::signbit(z.cpe10) == up) mv = z.cpe10;
+                    else if (z.hasValue && z.hasSecond && !std::signbit(z.cpe10a) == up) mv = z.cpe10a;
                     const std::string what = "c_pe,10 " + z.zone + ", θ = " + Num(p.dir.theta) + "°" +
                                              (set.label.empty() ? "" : " (" + set.label + ")");
                     r.notes.push_back({false, "cpe_10", what, member, mv, "",
