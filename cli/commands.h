@@ -36,6 +36,9 @@ Variant VariantFromWord(const std::string& word, size_t position);
 
 void AddShowCommand(CLI::App& app, Context& ctx);
 
+// The live load catalogue (cmd_liveloads.cpp).
+void AddLiveLoadsCommand(CLI::App& app, Context& ctx);
+
 // A database the answer rests on that did not open ends the command (true:
 // the error is printed, on standard output too as JSON when asked). The
 // user's corrections that did not open leave the shipped values standing:

@@ -25,6 +25,7 @@ int main(int argc, char** argv) {
     qvrl::cli::AddCpCommand(app, ctx);
     qvrl::cli::AddSessionCommand(app, ctx);
     qvrl::cli::AddShowCommand(app, ctx);
+    qvrl::cli::AddLiveLoadsCommand(app, ctx);
     // Name an unknown command plainly instead of "a subcommand is required".
     for (int i = 1; i < argc; ++i) {
         const std::string a = argv[i];

@@ -22,6 +22,11 @@
 #include "controls/frmWartenProgress.h"
 #include "dialogs/frmRoofLoadEN.h"
 #include "maps/MapForms.h"
+#include "location/frmEditAGSDB.h"
+#include "location/frmSLZ_Ort.h"
+#include "location/frmSelTown.h"
+#include "location/frmSelTown_1.h"
+#include "location/frmWLZ_Ort.h"
 #include "support/CLocLite.h"
 #include "support/ModuleState.h"
 #include "support/modLowLevel.h"
@@ -277,6 +282,39 @@ int main(int argc, char** argv) {
                     f.gPhi = 0.1;
                     f.sFac = 0.4;
                 });
+            }
+        }
+        {
+            // Town dialogs. The shipped tables hold no municipalities: the
+            // lists stand empty until the official lists are imported.
+            frmSelTown town;
+            town.Localize();
+            shoot(town);
+            frmSelTown_1 townEN;
+            townEN.LandKey(50);
+            townEN.Localize();
+            shoot(townEN);
+            frmEditAGSDB edit;
+            edit.Load();
+            edit.Current.AGS = "05315000";
+            edit.Current.BL_Name = "Nordrhein-Westfalen";
+            edit.Current.Reg_Name = "Reg.-Bez. Köln";
+            edit.Current.LK_Name = "Köln, Stadt";
+            edit.Current.Gemeinde = "Köln, Stadt";
+            edit.Current.PLZ = "50667";
+            edit.Current.WZ = "1";
+            edit.Current.SZ = "1";
+            edit.UpdateData(false);
+            edit.Localize();
+            shoot(edit);
+            frmWLZ_Ort_1 wind1;
+            frmWLZ_Ort wind;
+            frmSLZ_Ort_1 snow1;
+            frmSLZ_Ort snow;
+            for (ZoneTownForm* f : std::initializer_list<ZoneTownForm*>{&wind1, &wind, &snow1, &snow}) {
+                f->UpdateData(false);
+                f->Localize();
+                shoot(*f);
             }
         }
     }

@@ -92,6 +92,19 @@ public:
     int16_t WindCategoryByView_EN_1991_1_4(int16_t CtrlNA, int16_t& WCat) const;
     // True on OK, with the two values taken over.
     bool OrographyByView_EN_1991_1_4(double& gPhi, double& sFac) const;
+    // Town dialogs. Each shows its dialog modally; after Cancel it returns
+    // -1 and leaves its arguments as they were.
+    // The town selection: zones, key and name of the town chosen.
+    int16_t SnowWindZonesByTown2005AGS(int16_t& WZ, int16_t& SZ, std::string& AGS, std::string& TownName) const;
+    int16_t SnowWindZonesByTown_EN_1991_1_AGS(int16_t CtrlNA, int16_t& WZ, int16_t& SZ, double& qb, double& sk,
+                                              double& hNN, std::string& AGS, std::string& TownName) const;
+    // The zone of a municipality from the zone lists by place: DIBt lists
+    // (SnowZoneByTown2005, WindZoneByTown2005_DIBt) or those of the expert
+    // reports (T3093, T2963). An empty zone text returns -1 and changes nothing.
+    int16_t SnowZoneByTown2005(int16_t& zone) const;
+    int16_t SnowZoneByTown2005_T3093(int16_t& zone) const;
+    int16_t WindZoneByTown2005_DIBt(int16_t& zone) const;
+    int16_t WindZoneByTown2005_T2963(int16_t& zone) const;
 };
 
 }  // namespace qvrl

@@ -201,6 +201,20 @@ const dispatch::Table<CWindSnow>& WindSnowTable() {
              "Terrain category 0..4 of EN 1991-1-4 chosen in a dialog (in/out); -1 when cancelled"),
         Bind("OrographyByView_EN_1991_1_4", &WS::OrographyByView_EN_1991_1_4, {"gPhi", "sFac"},
              "Upwind slope and location factor of the orography entered in a dialog (in/out); false when cancelled"),
+        // Town dialogs.
+        Bind("SnowWindZonesByTown2005AGS", &WS::SnowWindZonesByTown2005AGS, {"WZ", "SZ", "AGS", "TownName"},
+             "Town selection (German table): wind and snow zone codes, key and name of the town (in/out); 1 or -1"),
+        Bind("SnowWindZonesByTown_EN_1991_1_AGS", &WS::SnowWindZonesByTown_EN_1991_1_AGS,
+             {"CtrlNA", "WZ", "SZ", "qb", "sk", "hNN", "AGS", "TownName"},
+             "Town selection (Eurocode table): snow zone code, qb and sk in kN/m2, hNN in m, key and name (in/out)"),
+        Bind("SnowZoneByTown2005", &WS::SnowZoneByTown2005, {"zone"},
+             "Snow zone of a municipality from the DIBt list (in/out); -1 after Cancel"),
+        Bind("SnowZoneByTown2005_T3093", &WS::SnowZoneByTown2005_T3093, {"zone"},
+             "Snow zone of a municipality from the list of T 3093 (in/out); -1 after Cancel"),
+        Bind("WindZoneByTown2005_DIBt", &WS::WindZoneByTown2005_DIBt, {"zone"},
+             "Wind zone of a municipality from the DIBt list (in/out); -1 after Cancel"),
+        Bind("WindZoneByTown2005_T2963", &WS::WindZoneByTown2005_T2963, {"zone"},
+             "Wind zone of a municipality from the list of T 2963 (in/out); -1 after Cancel"),
     });
     return table;
 }

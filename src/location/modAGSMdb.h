@@ -79,4 +79,10 @@ void SaveUserGem(const TownRec& rec);
 // Deletes the last row of rec's AGS and clears rec.Modified.
 void DeleteUserGem(TownRec& rec);
 
+// The town selection (frmSelTown) as a session: the zone codes and the key
+// go in as the initial choice; after OK they, and the town's name with its
+// state's short name, come back. 1 when the town had a zone text, else -1;
+// after Cancel -1 with everything as it was.
+int16_t SelectTownDialog(int16_t& WZ, int16_t& SZ, std::string& AGS, std::string& TownName);
+
 }  // namespace qvrl

@@ -90,6 +90,14 @@ void FindCountyEN(const LandRec& Land, const StateRecEN& State, const RegionRecE
 void ReadGemFromAGSEN(const LandRec& Land, const StateRecEN& State, const RegionRecEN& Region,
                       const CountyRecEN& County, std::vector<TownRec>& list, const std::string& PLZ,
                       const std::string& Name, int32_t LandKey, const std::string& AGS);
+// The Eurocode town selection (frmSelTown_1) as a session for one national
+// annex: after OK the snow zone (when the annex's list has its text), qb, sk,
+// hNN, the key and the town's name come back; the wind zone never does, the
+// Eurocode takes qb instead. 1 when the town has a snow zone, qb or sk, else
+// -1; after Cancel -1 with everything as it was.
+int16_t SelectTownDialogEN(int16_t CtrlNA, int16_t& WZ, int16_t& SZ, double& qb, double& sk, double& hNN,
+                           std::string& AGS, std::string& TownName);
+
 double ReadUserGemEN(int32_t LandKey, const std::string& AGS, TownRec& rec);
 void FindTownByAGSEN(int32_t LandKey, const std::string& AGS, TownRec& rec);
 
