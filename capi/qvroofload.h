@@ -246,6 +246,16 @@ QVRL_API qvrl_status qvrl_import_at_municipalities(const char* file, const char*
 /* dir holds en_bs_fig3.csv ... en_bs_fig8.csv. */
 QVRL_API qvrl_status qvrl_import_uk_figures(const char* dir, const char* db, qvrl_value* report);
 
+/* The site report, as `qvroofload site --json` gives it. input_json is one
+ * JSON object of the tool's options with snake_case keys, e.g.
+ * {"norm": 50, "snow_zone": "2", "wind_zone": 2, "category": 2,
+ *  "altitude": 400, "height": 10, "roof": "gabled", "pitch": 35}.
+ * report receives an owned text, the JSON document of
+ * docs/site-report.schema.json; the caller gives it back with
+ * qvrl_value_clear. Bad input (an unknown or missing option, a value out of
+ * range) is error 5 with the option named in the description. */
+QVRL_API qvrl_status qvrl_site_json(const char* input_json, qvrl_value* report);
+
 #ifdef __cplusplus
 }
 #endif

@@ -15,6 +15,7 @@
 #include <vector>
 
 #include "automation/Dispatch.h"
+#include "automation/SiteReportJson.h"
 #include "interchange/TextFile.h"
 #include "maintenance/StoreImports.h"
 #include "support/DesktopPlatform.h"
@@ -488,4 +489,17 @@ qvrl_status qvrl_import_at_municipalities(const char* file, const char* db, qvrl
 
 qvrl_status qvrl_import_uk_figures(const char* dir, const char* db, qvrl_value* report) {
     return RunImport(report, [&] { return qvrl::imports::UkFigures(Text(dir, "folder name"), OptionalText(db)); });
+}
+
+qvrl_status qvrl_site_json(const char* input_json, qvrl_value* report) {
+    if (report) *report = Empty();
+    return Guard([&] {
+        std::string json;
+        try {
+            json = qvrl::SiteJsonFor(Text(input_json, "site input"));
+        } catch (const qvrl::SiteInputError& e) {
+            Raise(err::InvalidCall, "site", e.what());
+        }
+        if (report) ToC(Variant(json), *report);
+    });
 }

@@ -13,6 +13,7 @@
 
 #include "automation/Dispatch.h"
 #include "automation/Session.h"
+#include "automation/SiteReportJson.h"
 #include "maintenance/StoreImports.h"
 #include "support/DesktopPlatform.h"
 #include "support/errors.h"
@@ -366,4 +367,17 @@ PYBIND11_MODULE(_qvroofload, m) {
         },
         py::arg("path"), py::arg("db") = py::none(), py::arg("land") = 50,
         "Loads zone assignments for land 50 (Germany) or 51 (Austria); db None: your own qvrl.mdb.");
+
+    // The site report: the options as one JSON object in, the document out;
+    // the package turns keyword arguments and the result into Python.
+    m.def(
+        "site_json",
+        [](const std::string& input) {
+            try {
+                return qvrl::SiteJsonFor(input);
+            } catch (const qvrl::SiteInputError& e) {
+                Raise(err::InvalidCall, "site", e.what());
+            }
+        },
+        py::arg("input"), "The site report (JSON text) for a JSON object of the options of `qvroofload site`.");
 }

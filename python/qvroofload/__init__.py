@@ -18,6 +18,7 @@ qvroofload.Null.
 """
 
 import inspect as _inspect
+import json as _json
 import keyword as _keyword
 
 from . import _qvroofload as _native
@@ -228,6 +229,16 @@ import_zones = _native.import_zones
 import_at_municipalities = _native.import_at_municipalities
 import_uk_figures = _native.import_uk_figures
 
+
+def site(**options):
+    """The loads of one site as `qvroofload site --json` gives them: a dict
+    shaped as docs/site-report.schema.json. The keywords are the tool's
+    options in snake_case: site(norm=50, snow_zone="2", wind_zone=2,
+    category=2, altitude=400, height=10, roof="gabled", pitch=35).
+    Bad input raises RuntimeError 5 naming the option."""
+    return _json.loads(_native.site_json(_json.dumps(options)))
+
+
 __all__ = sorted(_classes) + [
     "RuntimeError",
     "Null",
@@ -237,4 +248,5 @@ __all__ = sorted(_classes) + [
     "import_zones",
     "import_at_municipalities",
     "import_uk_figures",
+    "site",
 ]

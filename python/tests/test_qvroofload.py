@@ -322,3 +322,32 @@ class Imports(unittest.TestCase):
             qvroofload.import_uk_figures(self.dir, db=self.dir + "/absent.mdb")
         self.assertEqual(c.exception.number, 5)  # the folder holds no grids
         self.assertIn("en_bs_fig3.csv: missing", c.exception.description)
+
+
+class Site(unittest.TestCase):
+    def test_the_document_of_the_tool_as_a_dict(self):
+        r = qvroofload.site(norm=50, snow_zone="2", wind_zone=2, category=2, altitude=400, height=10,
+                            roof="gabled", pitch=35, width=12, depth=10, ce=None)
+        self.assertEqual(r["schema_version"], 1)
+        # 0.25 + 1.91·((400 + 140)/760)², and 2.1·0.39 at z = 10 m: hand figures to three decimals
+        self.assertAlmostEqual(r["snow"]["ground_snow_load"]["value"], 1.214, delta=0.0005)
+        self.assertAlmostEqual(r["wind"]["peak_velocity_pressure"]["value"], 0.819, delta=0.0005)
+        self.assertEqual(r["snow"]["c_e"]["value"], 1.0)  # None is an option not given
+        self.assertEqual([a["name"] for a in r["snow"]["arrangements"]], ["undrifted", "drifted_left", "drifted_right"])
+        self.assertTrue(r["coefficients"]["directions"][0]["zone_shapes"])
+        self.assertEqual({n["member"] for n in r["notes"] if n["topic"] != "cpe_10"},
+                         {"CWindSnow.StandardSnowLoad_EN_1991_1_3", "CWindSnow.WindPressure_EN_1991_1_4"})
+
+    def test_bad_input_is_error_5_naming_the_option(self):
+        for options, option in [
+            (dict(norm=50, snow_zone="9", altitude=0, height=5, roof="flat"), "--snow-zone"),
+            (dict(norm=3, colour=1), "--colour"),
+            (dict(snow_zone=2), "--norm"),
+            (dict(norm=50.5), "--norm"),
+            (dict(norm=54, region=6, snow_zone=2, vb=25, category=2, altitude=0, height=5, roof="dome"), "--roof"),
+        ]:
+            with self.assertRaises(qvroofload.RuntimeError) as c:
+                qvroofload.site(**options)
+            self.assertEqual(c.exception.number, 5, options)
+            self.assertIn(option, c.exception.description, options)
+

@@ -12,7 +12,11 @@
 #include <vector>
 
 #include "cp/CpWindRecord.h"
+#include "cp/PublishedCp.h"
 #include "cp/WindCpRoutes.h"
+#include "rules/PublishedValue.h"
+#include "rules/PublishedWind.h"
+#include "vocab/CodeLists.h"
 
 namespace qvrl {
 
@@ -47,6 +51,14 @@ struct SiteInput {
     std::optional<double> OrographicLocationFac_s;
     std::optional<double> cDir, cSeason;
     std::optional<double> DistToShore, DistInTown;  // United Kingdom only
+    // Snow: exposure and thermal coefficient, 1.0 where not given.
+    std::optional<double> Ce, Ct;
+    // Plan of the building: b across the wind at theta 0, d along it; they
+    // give the zone geometry of the coefficients.
+    std::optional<double> PlanWidth, PlanDepth;
+    // German wind (Norm 3, 50): a mixed profile or the North Sea islands
+    // instead of a terrain category.
+    std::optional<GermanWindProfile> WindProfile;
 };
 
 // Bad input, named by the option of the tool that carries it ("snow-zone",
@@ -94,6 +106,39 @@ struct SiteCpDirection {
 
 using SiteCpRoute = CpRoute;
 
+// One loaded part of a snow arrangement: the whole roof, or one side.
+struct SiteSnowPart {
+    std::string part;  // "whole", "left", "right"
+    double mue = 0.0;
+    std::optional<double> s;  // mue·Ce·Ct·sk; empty without sk
+};
+
+struct SiteSnowArrangement {
+    std::string name;  // "undrifted", "drifted_left", "drifted_right"
+    std::string source;
+    std::vector<SiteSnowPart> parts;
+};
+
+// A member of the component that gives another value for the same input.
+struct SiteNote {
+    bool ruleUsed = false;  // no published formula here: the value is the member's rule
+    std::string topic;  // "ground_snow", "mu1", "peak_velocity_pressure", "cpe_10"
+    std::string what;   // the quantity: "s_k", "μ1", "q_p", "c_pe,10 F, θ = 0°"
+    std::string member;  // e.g. "CWindSnow.StandardSnowLoad_EN_1991_1_3"; empty for a plain remark
+    std::optional<double> memberValue;  // empty: the member gives no value
+    std::string unit;
+    std::string text;
+};
+
+// The published coefficients of one direction with w_e = q_p·c_pe.
+struct SiteWe {
+    std::optional<double> we10, we1;
+};
+struct SitePublishedCp {
+    PublishedCpDirection dir;
+    std::vector<std::vector<SiteWe>> we;  // [set][value], empty values without q_p
+};
+
 struct SiteResult {
     SiteInput input;  // as resolved: town values and defaults filled in
     std::string normText;
@@ -112,8 +157,24 @@ struct SiteResult {
     double qb = 0.0, vb = 0.0;  // basic values passed to the Eurocode chain
 
     SiteCpRoute cpRoute = SiteCpRoute::BuiltIn;
-    std::vector<SiteCpDirection> cp;
+    std::vector<SiteCpDirection> cp;  // the member's route
+
+    // What the report gives: the published standard where this project has
+    // its formula, else the member's rule named in source and notes. The
+    // fields above keep the members' values for the notes.
+    PublishedValue groundSnow;           // kN/m²
+    std::optional<PublishedValue> mue1;  // empty without a roof rule
+    double Ce = 1.0, Ct = 1.0;
+    std::vector<SiteSnowArrangement> arrangements;
+    std::optional<PublishedValue> basicPressure;  // kN/m², where the standard has one
+    PublishedValue peakPressure;                  // kN/m²
+    std::vector<SitePublishedCp> publishedCp;     // empty: the standard gives none for the form
+    std::vector<SiteNote> notes;
 };
+
+// The snow zones the report accepts: for the German annex (Norm 50) those of
+// its map (1, 1a, 2, 2a, 3), which the Eurocode list of the members lacks.
+CodeList SiteSnowZoneList(int16_t Norm, int16_t CtrlRegion);
 
 // Checks the input (SiteInputError) and computes the site. A floating fault
 // of a rule goes out as RuntimeError.

@@ -392,6 +392,29 @@ static void test_imports(void) {
     qvrl_value_clear(&report);
 }
 
+/* The site report as a C host gets it: an owned JSON text, and bad input as
+ * error 5 naming the option, with nothing handed back. */
+static void test_site(void) {
+    qvrl_value r;
+    const char* in =
+        "{\"norm\": 50, \"snow_zone\": \"2\", \"wind_zone\": 2, \"category\": 2, \"altitude\": 400, "
+        "\"height\": 10, \"roof\": \"gabled\", \"pitch\": 35}";
+    CHECK(qvrl_site_json(in, &r) == QVRL_OK);
+    CHECK(r.owned == 1 && r.type == QVRL_STRING);
+    CHECK(r.type == QVRL_STRING && strstr(r.u.str.data, "\"schema_version\":1") != NULL);
+    /* 2.1 * 0.39 at z = 10 m, the German annex's category II profile */
+    CHECK(r.type == QVRL_STRING && strstr(r.u.str.data, "\"peak_velocity_pressure\":{\"value\":0.819") != NULL);
+    qvrl_value_clear(&r);
+
+    CHECK(qvrl_site_json("{\"norm\": 50, \"snow_zone\": \"9\", \"roof\": \"flat\"}", &r) == QVRL_STATUS_OF(5));
+    CHECK(r.type == QVRL_EMPTY);
+    CHECK(strstr(qvrl_last_error_description(), "--snow-zone") != NULL);
+    CHECK(qvrl_site_json("{\"norm\": 3, \"color\": 1}", &r) == QVRL_STATUS_OF(5));
+    CHECK(strstr(qvrl_last_error_description(), "--color") != NULL);
+    CHECK(qvrl_site_json("[1]", &r) == QVRL_STATUS_OF(5));
+    CHECK(qvrl_site_json(NULL, &r) != QVRL_OK);
+}
+
 int main(void) {
     qvrl_handle ws = new_object("cwindsnow");
     test_results(ws);
@@ -404,6 +427,7 @@ int main(void) {
     test_discovery();
     test_roof_load();
     test_imports();
+    test_site();
     CHECK(qvrl_release(ws) == QVRL_OK);
     printf("%d passed, %d failed\n", passed, failed);
     return failed == 0 ? 0 : 1;

@@ -148,7 +148,7 @@ TEST_F(CliTown, ADbFileIsTheOneLookedIn) {
     EXPECT_EQ(test::RunCli(site).status, 2);
     r = test::RunCli(site + db);
     ASSERT_EQ(r.status, 0) << r.out;
-    EXPECT_EQ(nlohmann::json::parse(r.out)["site"]["town"], "München");
+    EXPECT_EQ(nlohmann::json::parse(r.out)["input"]["town"], "München");
 
     for (const char* cmd : {"town 09162000", "towns", "site --norm 3"}) {
         r = test::RunCli(std::string(cmd) + " --db '" + other + ".absent'", true);
@@ -210,7 +210,7 @@ TEST_F(CliTown, CorrectionsThatCannotBeOpenedHideNoShippedRow) {
         EXPECT_EQ(nlohmann::json::parse(r.out).size(), 2u) << r.out;
         r = test::RunCli(kSiteByTown + " --json");
         EXPECT_EQ(r.status, status);
-        EXPECT_EQ(nlohmann::json::parse(r.out)["site"]["town"], "München") << r.out;
+        EXPECT_EQ(nlohmann::json::parse(r.out)["input"]["town"], "München") << r.out;
 
         for (const std::string& cmd : {std::string("town 09162000"), std::string("towns --state 9"), kSiteByTown}) {
             SCOPED_TRACE(cmd);
