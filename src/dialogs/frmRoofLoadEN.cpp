@@ -400,6 +400,12 @@ void frmRoofLoadEN::UpdateData(bool toData, const std::string& controlName) {
     cmdOro_->Enabled(bWithTopographicFactor);
 
     const bool regions = SelectOrFirst(*cbCR_, climate_);
+    // A region outside the list takes the first one shown, so that the
+    // snow load is that of the region the user sees.
+    if (regions && IndexOfCode(*cbCR_, climate_) < 0) {
+        climate_ = static_cast<int16_t>(cbCR_->ItemData(0));
+        FillSnowZones();
+    }
     cbCR_->Enabled(regions);
     cmdClimaticRegion_->Enabled(regions);
 

@@ -17,6 +17,7 @@
 #include "dialogs/frmRoofLoadEN.h"
 #include "interchange/modAsciiRL2.h"
 #include "maintenance/StoreImports.h"
+#include "rules/modSnowEN.h"
 #include "qvroofload.h"
 #include "support/CLocLite.h"
 #include "support/ModuleState.h"
@@ -343,6 +344,21 @@ TEST_F(RoofLoadENForm, BoxesShownByStandardAndCategory) {
     Open(53, 0);
     f->UpdateData(true, "");
     EXPECT_EQ(f->DistShoreLine, 250);
+}
+
+// A form opened without a region shows the first one and computes the
+// snow load of that region, not of region 0, for which the rule has none.
+TEST_F(RoofLoadENForm, MissingRegionTakesTheFirstShown) {
+    f->NachNorm = true;
+    f->SLZ = 2;
+    f->Hoehe_NN = 420;
+    Open(54, 2);
+    const auto& cr = f->Get<ComboBox>("cbCR");
+    ASSERT_GT(cr.ListCount(), 0);
+    EXPECT_EQ(cr.ListIndex(), 0);
+    EXPECT_EQ(f->Climate(), cr.ItemData(0));
+    EXPECT_EQ(f->Rechenwert_s0, StandardSnowLoad_EN_1991_1_3(420.0, 54, f->Climate(), 2));
+    EXPECT_GT(f->Rechenwert_s0, 0.0);
 }
 
 TEST_F(RoofLoadENForm, TownChoiceOnlyForGermanyAndAustria) {
