@@ -4,6 +4,7 @@
 #include <nlohmann/json.hpp>
 #include <optional>
 #include <sstream>
+#include <unordered_map>
 
 #include "automation/Dispatch.h"
 #include "commands.h"
@@ -185,9 +186,15 @@ struct Reply {
     Status status = Ok;
 };
 
-// Objects live for the whole run, as a host would hold them.
+// Objects live for the whole run, as a host would hold them. A call text
+// found once is not looked up by name again.
 class Objects {
 public:
+    struct Target {
+        Dispatchable* object = nullptr;
+        BoundMember member;
+    };
+
     Dispatchable* Get(const std::string& className) {
         auto it = objects_.find(UCase(className));
         if (it != objects_.end()) return it->second.get();
@@ -195,38 +202,63 @@ public:
         if (!obj) return nullptr;
         return objects_.emplace(UCase(className), std::move(obj)).first->second.get();
     }
+    const Target* Known(const std::string& call) const {
+        const auto it = targets_.find(call);
+        return it == targets_.end() ? nullptr : &it->second;
+    }
+    void Remember(const std::string& call, const Target& t) {
+        // Spellings are the user's to vary; a bound keeps a long batch from
+        // growing the cache without end.
+        if (targets_.size() >= kMaxTargets) targets_.clear();
+        targets_.emplace(call, t);
+    }
 
 private:
+    static constexpr size_t kMaxTargets = 4096;
     std::map<std::string, std::unique_ptr<Dispatchable>> objects_;
+    std::unordered_map<std::string, Target> targets_;
 };
 
 // Everything that can be wrong with the request itself is found before the
 // member runs and answered as bad input; what the member raises is its own.
 Reply Call(Objects& objects, const std::string& target, const std::function<std::vector<Variant>()>& readArgs) {
     auto bad = [](int32_t number, const std::string& why) { return Reply{ErrorJson(number, why), BadRequest}; };
-    if (!IsValidUtf8(target)) return bad(err::InvalidCall, "the call is not valid UTF-8 text");
-    const size_t dot = target.find('.');
-    if (dot == std::string::npos || dot == 0 || dot + 1 == target.size())
-        return bad(err::InvalidCall, "the call must be Class.Member, not '" + target + "'");
-    const std::string className = target.substr(0, dot), member = target.substr(dot + 1);
-    Dispatchable* obj = nullptr;
+    Objects::Target t;
     std::vector<Variant> args;
-    try {
-        obj = objects.Get(className);
-        if (!obj) return bad(err::ObjectNotSet, "unknown class '" + className + "'");
-        args = readArgs();
-    } catch (const RuntimeError& e) {
-        return bad(e.number(), e.description());
+    // A known call text passed every check below before; only its arguments are new.
+    if (const Objects::Target* known = objects.Known(target)) {
+        t = *known;
+        try {
+            args = readArgs();
+        } catch (const RuntimeError& e) {
+            return bad(e.number(), e.description());
+        }
+    } else {
+        if (!IsValidUtf8(target)) return bad(err::InvalidCall, "the call is not valid UTF-8 text");
+        const size_t dot = target.find('.');
+        if (dot == std::string::npos || dot == 0 || dot + 1 == target.size())
+            return bad(err::InvalidCall, "the call must be Class.Member, not '" + target + "'");
+        const std::string className = target.substr(0, dot), member = target.substr(dot + 1);
+        try {
+            t.object = objects.Get(className);
+            if (!t.object) return bad(err::ObjectNotSet, "unknown class '" + className + "'");
+            args = readArgs();
+        } catch (const RuntimeError& e) {
+            return bad(e.number(), e.description());
+        }
+        t.member = t.object->BindCallable(member);
+        if (!t.member.info) return bad(err::NoSuchMember, t.object->ClassName() + " has no member '" + member + "'");
+        objects.Remember(target, t);
     }
-    const MemberInfo* info = obj->FindCallable(member);
-    if (!info) return bad(err::NoSuchMember, obj->ClassName() + " has no member '" + member + "'");
+    Dispatchable* obj = t.object;
+    const MemberInfo* info = t.member.info;
     if (args.size() != info->params.size())
         return bad(err::WrongArgumentCount, obj->ClassName() + "." + info->name + " takes " +
                                                 std::to_string(info->params.size()) + " arguments, not " +
                                                 std::to_string(args.size()));
     Variant result;
     try {
-        result = obj->Invoke(member, args);
+        result = obj->CallBound(t.member, args);
     } catch (const RuntimeError& e) {
         return Reply{ErrorJson(e.number(), e.description()), MemberFailed};
     }
@@ -276,6 +308,17 @@ struct CallOptions {
 
 }  // namespace
 
+void AnswerCallRequests(std::istream& in, std::ostream& out) {
+    Objects objects;
+    std::string line;
+    while (std::getline(in, line)) {
+        if (!line.empty() && line.back() == '\r') line.pop_back();
+        if (line.find_first_not_of(" \t") == std::string::npos) continue;
+        out << Dump(AnswerLine(objects, line)) << "\n";
+    }
+    out.flush();
+}
+
 nlohmann::ordered_json VariantToJson(const Variant& v) { return ToJson(v); }
 Variant VariantFromWord(const std::string& word, size_t position) { return FromWord(word, position); }
 
@@ -303,13 +346,7 @@ void AddCallCommand(CLI::App& app, Context& ctx) {
             return;
         }
         if (o->jsonl) {
-            std::string line;
-            while (std::getline(std::cin, line)) {
-                if (!line.empty() && line.back() == '\r') line.pop_back();
-                if (line.find_first_not_of(" \t") == std::string::npos) continue;
-                std::cout << Dump(AnswerLine(objects, line)) << "\n";
-            }
-            std::cout.flush();
+            AnswerCallRequests(std::cin, std::cout);
             ctx.exitCode = 0;
             return;
         }

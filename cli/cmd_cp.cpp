@@ -143,23 +143,38 @@ ordered_json ToJson(const Variant& v) {
     }
 }
 
+// The table's properties, found by name once for a whole batch.
+struct TableMembers {
+    TableMembers() {
+        const auto table = dispatch::WrapTarget(dispatch::TypeKey<CWindCpTable>(), std::make_shared<CWindCpTable>());
+        for (const Input& in : kInputs) lets.push_back(table->BindMember(in.property, MemberKind::PropertyLet));
+        for (const MemberInfo& m : table->Members())
+            if (m.kind == MemberKind::PropertyGet) gets.push_back(table->BindMember(m.name, MemberKind::PropertyGet));
+    }
+    std::vector<BoundMember> lets;  // by the place of the input in kInputs
+    std::vector<BoundMember> gets;  // in the order of the interface
+};
+
 // Asks the roof object as a host would: a fresh table, the inputs written by
 // their property names, the request, then every property read back in the
 // order of the interface. A fresh table keeps one request's result from
 // standing in for the next one's inputs.
-ordered_json Run(CRoofLoad& roof, const Request& r) {
+ordered_json Run(CRoofLoad& roof, const TableMembers& members, const Request& r) {
     roof.Norm = r.norm;
     roof.UseCpeDB = r.store;
     roof.WindCpTable = std::make_shared<CWindCpTable>();
     const auto table = dispatch::WrapTarget(dispatch::TypeKey<CWindCpTable>(), roof.WindCpTable);
+    std::vector<Variant> args;
     for (const auto& [in, v] : r.values) {
-        if (in->whole) table->LetProperty(in->property, Variant(static_cast<int16_t>(v)));
-        else table->LetProperty(in->property, Variant(v));
+        args.assign(1, in->whole ? Variant(static_cast<int16_t>(v)) : Variant(v));
+        table->CallBound(members.lets[static_cast<size_t>(in - kInputs)], args);
     }
     (roof.*r.form->call)();
     ordered_json out = ordered_json::object();
-    for (const MemberInfo& m : table->Members())
-        if (m.kind == MemberKind::PropertyGet) out[m.name] = ToJson(table->GetProperty(m.name));
+    for (const BoundMember& get : members.gets) {
+        args.clear();
+        out[get.info->name] = ToJson(table->CallBound(get, args));
+    }
     return out;
 }
 
@@ -169,9 +184,9 @@ ordered_json ErrorJson(int32_t number, const std::string& description) {
 
 // The store route ends in an empty record when qvrl.mdb does not open; that
 // must not pass for "no coefficients". Null when the request is answered.
-ordered_json RunChecked(CRoofLoad& roof, const Request& r, ordered_json& answer) {
+ordered_json RunChecked(CRoofLoad& roof, const TableMembers& members, const Request& r, ordered_json& answer) {
     ClearStoreOpenError();
-    answer = Run(roof, r);
+    answer = Run(roof, members, r);
     const StoreFailure f = LastStoreFailure();
     if (!r.store || f.Kind == StoreFailureKind::None) return nullptr;
     ordered_json e = ErrorJson(f.Error.Number, f.Error.Description);
@@ -272,10 +287,10 @@ Request ParseLine(const std::string& line) {
     return r;
 }
 
-ordered_json AnswerLine(CRoofLoad& roof, const std::string& line) {
+ordered_json AnswerLine(CRoofLoad& roof, const TableMembers& members, const std::string& line) {
     try {
         ordered_json answer;
-        const ordered_json failed = RunChecked(roof, ParseLine(line), answer);
+        const ordered_json failed = RunChecked(roof, members, ParseLine(line), answer);
         return failed.is_null() ? answer : failed;
     } catch (const RequestError& e) {
         return ErrorJson(e.number, e.text);
@@ -374,11 +389,12 @@ void AddCpCommand(CLI::App& app, Context& ctx) {
                 return;
             }
             CRoofLoad roof;
+            const TableMembers members;
             std::string line;
             while (std::getline(std::cin, line)) {
                 if (!line.empty() && line.back() == '\r') line.pop_back();
                 if (line.find_first_not_of(" \t") == std::string::npos) continue;
-                std::cout << AnswerLine(roof, line).dump() << "\n";
+                std::cout << AnswerLine(roof, members, line).dump() << "\n";
             }
             std::cout.flush();
             ctx.exitCode = 0;
@@ -401,7 +417,7 @@ void AddCpCommand(CLI::App& app, Context& ctx) {
         ordered_json answer, failed;
         try {
             CRoofLoad roof;
-            failed = RunChecked(roof, r, answer);
+            failed = RunChecked(roof, TableMembers(), r, answer);
         } catch (const RuntimeError& e) {
             std::cerr << "qvroofload cp: error " << e.number() << ": " << e.description() << "\n";
             ctx.exitCode = 1;

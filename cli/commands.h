@@ -3,6 +3,7 @@
 // returns through the exit code it stores.
 
 #include <CLI/CLI.hpp>
+#include <iosfwd>
 #include <memory>
 #include <nlohmann/json.hpp>
 #include <vector>
@@ -33,6 +34,10 @@ void AddSessionCommand(CLI::App& app, Context& ctx);
 // reads it (JSON where it parses, else a text; position names it in errors).
 nlohmann::ordered_json VariantToJson(const Variant& v);
 Variant VariantFromWord(const std::string& word, size_t position);
+
+// The loop of `call --jsonl`: one answer line per request line, blank lines
+// skipped, objects kept for the whole input.
+void AnswerCallRequests(std::istream& in, std::ostream& out);
 
 void AddShowCommand(CLI::App& app, Context& ctx);
 

@@ -16,6 +16,11 @@ const MemberInfo* Dispatchable::FindCallable(const std::string& name) const {
     return FindMember(name, MemberKind::PropertyGet);
 }
 
+BoundMember Dispatchable::BindCallable(const std::string& name) const {
+    BoundMember m = BindMember(name, MemberKind::Method);
+    return m.info ? m : BindMember(name, MemberKind::PropertyGet);
+}
+
 // Declared with the tagged value; here Dispatchable is complete. Wrappers made
 // at different times for one object compare equal, as Is does.
 bool ObjectValue::operator==(const ObjectValue& o) const {

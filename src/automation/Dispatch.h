@@ -55,6 +55,14 @@ struct MemberInfo {
     std::string doc;     // one line, with units
 };
 
+// A member found once by name, to be called again without the look-up. It
+// serves every object of the class it was found on.
+struct BoundMember {
+    const MemberInfo* info = nullptr;  // null: there is no such member
+    const void* entry = nullptr;
+    const void* type = nullptr;  // the class it was found on
+};
+
 // An object that can be called by member name. Objects are used from one
 // thread at a time.
 class Dispatchable {
@@ -78,8 +86,16 @@ public:
     virtual std::shared_ptr<void> Target() const = 0;
     virtual const void* TargetType() const = 0;
 
+    // The member of that name (case-blind) and kind, for CallBound.
+    virtual BoundMember BindMember(const std::string& name, MemberKind kind) const = 0;
+    // Calls a bound member as Invoke, GetProperty or LetProperty (its one
+    // argument the value) would. Not found: error 438; found on another
+    // class: error 430.
+    virtual Variant CallBound(const BoundMember& member, std::vector<Variant>& args) = 0;
+
     // The member Invoke would call: a method, else a property get.
     const MemberInfo* FindCallable(const std::string& name) const;
+    BoundMember BindCallable(const std::string& name) const;
 };
 
 // Creates a public object by class name ("CWindSnow", case-blind); empty for
@@ -482,6 +498,15 @@ public:
     }
     Variant Invoke(const std::string& member, std::vector<Variant>& args) override {
         return table_.Invoke(*target_, member, args);
+    }
+    BoundMember BindMember(const std::string& name, MemberKind kind) const override {
+        const Entry<C>* e = table_.Find(name, kind);
+        return {e ? &e->info : nullptr, e, TypeKey<C>()};
+    }
+    Variant CallBound(const BoundMember& member, std::vector<Variant>& args) override {
+        if (!member.entry) Raise(err::NoSuchMember, member.info ? member.info->name : std::string());
+        if (member.type != TypeKey<C>()) Raise(err::NoAutomation, {}, "a member of another class");
+        return static_cast<const Entry<C>*>(member.entry)->call(*target_, args);
     }
     Variant GetProperty(const std::string& name) override { return table_.Get(*target_, name); }
     void LetProperty(const std::string& name, const Variant& value) override { table_.Let(*target_, name, value); }

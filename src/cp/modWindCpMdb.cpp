@@ -3,7 +3,10 @@
 #include <charconv>
 #include <cmath>
 #include <cstddef>
+#include <filesystem>
+#include <memory>
 #include <string_view>
+#include <system_error>
 #include <unordered_map>
 #include <utility>
 
@@ -181,13 +184,34 @@ double NumberItem(std::string_view& line) {
     return Variant(std::string(item)).toDouble();
 }
 
+// All rows of the text file. Size and time stamp are taken before the read:
+// a file that changes while it is read then differs at the next request.
+std::shared_ptr<const CpeTextRows> AllTextRows() {
+    namespace fs = std::filesystem;
+    const std::string file = CpeTextFileName();
+    ModuleState& st = State();
+    std::error_code ec;
+    const std::uintmax_t size = fs::file_size(file, ec);
+    const fs::file_time_type time = ec ? fs::file_time_type{} : fs::last_write_time(file, ec);
+    const std::shared_ptr<const CpeTextRows>& kept = st.CpeText;
+    if (!ec && kept && kept->file == file && kept->size == size && kept->time == time) return kept;
+    st.CpeText.reset();
+    auto fresh = std::make_shared<CpeTextRows>();
+    ReadCpeText(file, fresh->rows);
+    fresh->file = file;
+    fresh->size = size;
+    fresh->time = time;
+    // A file whose stamp could not be read is never taken for an unchanged one.
+    if (!ec) st.CpeText = fresh;
+    return fresh;
+}
+
 // Rows of one Norm and Typ from the text file, in file order.
 CpWindRows TextRows(int16_t Norm, int16_t Typ) {
-    CpWindRows all;
-    ReadCpeText(CpeTextFileName(), all);
+    const std::shared_ptr<const CpeTextRows> all = AllTextRows();
     CpWindRows rows = NoRows();
-    for (std::size_t i = 1; i < all.size(); ++i)
-        if (all[i].Norm == Norm && all[i].Typ == Typ) rows.push_back(std::move(all[i]));
+    for (std::size_t i = 1; i < all->rows.size(); ++i)
+        if (all->rows[i].Norm == Norm && all->rows[i].Typ == Typ) rows.push_back(all->rows[i]);
     return rows;
 }
 

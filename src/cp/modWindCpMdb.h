@@ -6,14 +6,16 @@
 // It differs from the built-in route of modWindCp on purpose: keys outside a
 // table are clamped to its end rows, every slot (the a slots and Ft too) is
 // interpolated with InterpolateGuarded, Theta folds a full circle, and the
-// flat roof interpolates with a true slope. Rows are never cached: each
-// request reads the store or the text file anew.
+// flat roof interpolates with a true slope. Store rows are read anew for
+// each request; the rows of the text file are kept while its size and time
+// stamp stay as they were, and read anew once either changes.
 //
 // The connection to qvrl.mdb is State().CpeDb, opened once and kept; whether
 // the text file is in force is State().UseCpeTxt, settled anew by each
 // InitCpeMdb.
 
 #include <cstdint>
+#include <filesystem>
 #include <optional>
 #include <string>
 
@@ -99,5 +101,14 @@ void ParseCpeTextLine(std::string Line, CpWindRecord& Rec);
 // All lines of the file, in file order, from index 1. A file without a line
 // is error 62, a missing one 53.
 void ReadCpeText(const std::string& FileName, CpWindRows& Rows);
+
+// The text file's rows as last read (State().CpeText), and what they were
+// read from.
+struct CpeTextRows {
+    std::string file;
+    std::uintmax_t size = 0;
+    std::filesystem::file_time_type time;
+    CpWindRows rows;
+};
 
 }  // namespace qvrl

@@ -13,6 +13,7 @@ namespace qvrl {
 class CLocLite;
 class Database;
 class Platform;
+struct CpeTextRows;
 
 struct ModuleState {
     // User interface services; headless unless a host installs another.
@@ -65,6 +66,9 @@ struct ModuleState {
     // modWindCpMdb: qvrlcpe.txt stands beside the component and replaces the
     // store; settled anew by each InitCpeMdb.
     bool UseCpeTxt = false;
+    // modWindCpMdb: the rows of qvrlcpe.txt as last read, with the size and
+    // time stamp they were read at.
+    std::shared_ptr<const CpeTextRows> CpeText;
 
     // QVTextBox: the decimal character of the shown numbers (Format itself
     // always writes "."), and what all boxes share while one validates.

@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include "ErrorOf.h"
 #include "TestEnv.h"
 #include "automation/CWindSnow.h"
 #include "automation/Dispatch.h"
@@ -60,6 +61,39 @@ TEST_F(Dispatch, InOutArgumentsAreWrittenBack) {
     EXPECT_EQ(lists[0].asArray()[2], Variant("1a"));
     EXPECT_EQ(lists[1].asArray()[2], Variant(int16_t{11}));
     EXPECT_EQ(lists[1].asArray()[0], Variant(int16_t{0}));
+}
+
+// A member bound once answers, writes back and fails as the call by name does.
+TEST_F(Dispatch, ABoundMemberCallsAsByName) {
+    struct {
+        const char* member;
+        std::vector<Variant> args;
+    } cases[] = {
+        {"windpressure_din1055_4_2005", {Variant("2"), Variant(int32_t{2}), Variant("4"), Variant(0.0)}},
+        {"SnowBag_EN_1991_1_3", {Variant(int16_t{53}), Variant(1.0), Variant(4.0), Variant(), Variant(), Variant()}},
+        {"SnowBagMue2", {Variant(50.0), Variant(0.0)}},  // 11
+        {"SnowMue1", {}},                                 // 450
+        {"SnowMue1", {Variant("steep")}},                 // 13
+    };
+    for (auto& c : cases) {
+        SCOPED_TRACE(c.member);
+        const BoundMember m = ws->BindCallable(c.member);
+        ASSERT_TRUE(m.info);
+        std::vector<Variant> byName = c.args, bound = c.args;
+        Variant r1, r2;
+        const int e1 = test::ErrorOf([&] { r1 = ws->Invoke(c.member, byName); });
+        const int e2 = test::ErrorOf([&] { r2 = ws->CallBound(m, bound); });
+        EXPECT_EQ(e2, e1);
+        EXPECT_EQ(r2, r1);
+        EXPECT_EQ(bound, byName);
+    }
+    EXPECT_FALSE(ws->BindCallable("NoSuchMember").info);
+    std::vector<Variant> none;
+    EXPECT_EQ(test::ErrorOf([&] { ws->CallBound(ws->BindCallable("NoSuchMember"), none); }), err::NoSuchMember);
+    // Bound on one class, it is refused by another.
+    const auto roof = CreateObjectByName("CRoofLoad");
+    ASSERT_TRUE(roof);
+    EXPECT_EQ(test::ErrorOf([&] { roof->CallBound(ws->BindCallable("SnowMue1"), none); }), err::NoAutomation);
 }
 
 TEST_F(Dispatch, InOutWrittenUpToTheFault) {

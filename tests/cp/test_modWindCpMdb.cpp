@@ -7,6 +7,7 @@
 #include <gtest/gtest.h>
 
 #include <charconv>
+#include <chrono>
 #include <cmath>
 #include <filesystem>
 #include <functional>
@@ -647,11 +648,6 @@ TEST_F(CpeStore, TextFileRouteKeepsFileOrderAndReadsAnew) {
     Get_Wind_Cp_Wand_Mdb(7, 3, out);
     EXPECT_EQ(out.D10, 0.7);
 
-    // The file is read anew for each request.
-    Text(TextFile({twin}));
-    Get_Wind_Cp_Satteldach_Mdb(7, 0, 20, out);
-    EXPECT_EQ(out.F10, -3.0);
-
     // Internal pressure has no text file route, and no connection was opened.
     EXPECT_EQ(ErrorOf([&] { Get_Wind_Cp_Innen_Mdb(7, 0, 0, 0.5, out); }), err::ObjectNotSet);
 
@@ -668,6 +664,45 @@ TEST_F(CpeStore, TextFileRouteKeepsFileOrderAndReadsAnew) {
     ReadCpeText((program_ / "qvrlcpe.txt").string(), rows);
     ASSERT_EQ(CpRowCount(rows), 1);
     EXPECT_EQ(rows[1], CpWindRecord{});
+}
+
+// The rows of the text file are kept while its size and time stamp stay as
+// they were; a change of either has it read anew.
+TEST_F(CpeStore, TextFileIsReadAgainWhenItsSizeOrStampChanges) {
+    const fs::path file = program_ / "qvrlcpe.txt";
+    const auto wall = [](double d10) { return TextFile({MakeRow(1, 7, 0.0, 0.5, {{"D10", d10}}, &R::HzuD)}); };
+    Text(wall(0.5));
+    ASSERT_TRUE(InitCpeMdb());
+    const auto stamp = fs::last_write_time(file);
+    CpWindRecord out;
+    Get_Wind_Cp_Wand_Mdb(7, 3, out);
+    EXPECT_EQ(out.D10, 0.5);
+    struct {
+        double written;
+        int seconds;  // after the first stamp
+        double read;
+    } steps[] = {
+        {0.7, 0, 0.5},    // same size, same stamp: the rows kept
+        {0.7, 5, 0.7},    // same size, new stamp
+        {0.75, 5, 0.75},  // other size, same stamp
+        {0.25, 5, 0.75},  // kept again
+    };
+    for (const auto& s : steps) {
+        SCOPED_TRACE(s.written);
+        const auto before = fs::file_size(file);
+        Text(wall(s.written));
+        fs::last_write_time(file, stamp + std::chrono::seconds(s.seconds));
+        EXPECT_EQ(fs::file_size(file) == before, s.written != 0.75);
+        Get_Wind_Cp_Wand_Mdb(7, 3, out);
+        EXPECT_EQ(out.D10, s.read);
+    }
+    // A faulty file is not kept in place of the good one it replaced, nor kept itself.
+    Text(wall(0.5) + "1;7;1;0;'x';zero;\n");
+    EXPECT_EQ(ErrorOf([&] { Get_Wind_Cp_Wand_Mdb(7, 3, out); }), err::TypeMismatch);
+    EXPECT_EQ(ErrorOf([&] { Get_Wind_Cp_Wand_Mdb(7, 3, out); }), err::TypeMismatch);
+    Text(wall(0.7));
+    Get_Wind_Cp_Wand_Mdb(7, 3, out);
+    EXPECT_EQ(out.D10, 0.7);
 }
 
 // --- the shipped rows --------------------------------------------------------
