@@ -595,12 +595,23 @@ void PublishWind(SiteResult& r) {
 
 PublishedForm FormOf(SiteRoofForm f) { return static_cast<PublishedForm>(static_cast<int16_t>(f)); }
 
-const char* RouteName(CpRoute route) { return route == CpRoute::Store ? "store" : "built-in tables"; }
+// The member a host calls for the same coefficients, and the route it takes.
+std::string CpMemberName(SiteRoofForm form, CpRoute route) {
+    const char* m = "GetWindCpValues_Gabled_Roof";
+    switch (form) {
+    case SiteRoofForm::Gabled: break;
+    case SiteRoofForm::Hipped: m = "GetWindCpValues_Hipped_Roof"; break;
+    case SiteRoofForm::Flat: m = "GetWindCpValues_Flat_Roof"; break;
+    case SiteRoofForm::Pent: m = "GetWindCpValues_Pent_Roof"; break;
+    case SiteRoofForm::Wall: m = "GetWindCpValues_Vertical_Wall"; break;
+    }
+    return std::string("CRoofLoad.") + m + (route == CpRoute::Store ? " (UseCpeDB)" : "");
+}
 
 // The member route's value of a zone in the same direction, where the
 // published set holds one it has not.
 void NoteCpDifferences(SiteResult& r, const SitePublishedCp& p) {
-    const std::string member = std::string("CRoofLoad coefficient route (") + RouteName(r.cpRoute) + ")";
+    const std::string member = CpMemberName(r.input.Form, r.cpRoute);
     for (const SiteCpDirection& d : r.cp) {
         if (d.Theta && *d.Theta != p.dir.theta) continue;
         if (d.status != SiteCpStatus::Ok) {
