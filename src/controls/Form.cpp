@@ -108,6 +108,19 @@ bool Form::SetFocus(Control& c) {
     return true;
 }
 
+void Form::EnterTabsEscapeCancels(std::function<void()> cancel, std::function<bool(Control&)> onReturn) {
+    for (Control* c : Controls())
+        c->KeyDown = [this, c, cancel, onReturn](int16_t& k, int16_t) {
+            if (k == key::Return) {
+                k = 0;
+                if (!onReturn || !onReturn(*c)) SendTab();
+            } else if (k == key::Escape) {
+                k = 0;
+                cancel();
+            }
+        };
+}
+
 bool Form::SendTab() {
     if (controls_.empty()) return false;
     size_t start = 0;

@@ -107,6 +107,11 @@ protected:
     }
     void Adopt(std::unique_ptr<Control> c);
     Platform& platform() const;
+    // Dialogs see every key first: Enter moves on as Tab does (unless
+    // onReturn takes it for its control), Escape cancels, whichever control
+    // has the focus. Call after the last control is added.
+    void EnterTabsEscapeCancels(std::function<void()> cancel,
+                                std::function<bool(Control&)> onReturn = {});
 
     // Form events; Form_Load localizes by default.
     virtual void Form_Load() { Localize(); }

@@ -178,18 +178,7 @@ frmRoofLoadEN::frmRoofLoadEN() {
             if (ok) ValueAccepted(box, n);
         };
     }
-    // The form sees every key first: Enter moves on, Escape cancels.
-    for (Control* c : Controls()) {
-        c->KeyDown = [this](int16_t& keyCode, int16_t) {
-            if (keyCode == key::Return) {
-                keyCode = 0;
-                SendTab();
-            } else if (keyCode == key::Escape) {
-                keyCode = 0;
-                QVButtons1_OnCancel();
-            }
-        };
-    }
+    EnterTabsEscapeCancels([this] { QVButtons1_OnCancel(); });
 }
 
 void frmRoofLoadEN::Norm(int16_t v) {

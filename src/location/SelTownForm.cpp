@@ -123,20 +123,11 @@ SelTownForm::SelTownForm(bool withAllTown)
     QVButtons1.OnCancel = [this] { OnCancel(); };
     // The form's own keys: Enter moves on, Escape cancels; Enter on the list
     // takes the row, as a click does.
-    for (Control* c : Controls())
-        c->KeyDown = [this, c](int16_t& k, int16_t) {
-            if (k == key::Return) {
-                k = 0;
-                if (c == &lvGem) {
-                    if (!Updating) lvGem_ItemClick();
-                } else {
-                    SendTab();
-                }
-            } else if (k == key::Escape) {
-                k = 0;
-                OnCancel();
-            }
-        };
+    EnterTabsEscapeCancels([this] { OnCancel(); }, [this](Control& c) {
+        if (&c != &lvGem) return false;
+        if (!Updating) lvGem_ItemClick();
+        return true;
+    });
 }
 
 void SelTownForm::Form_Load() {

@@ -153,17 +153,7 @@ ZoneTownForm::ZoneTownForm(bool wind, bool dibt, const char* caption, const char
     if (fxgGem) fxgGem->ItemClick = [this](int32_t row) { GridSelected(*fxgGem, row, false); };
     QVButtons1.OnOk = [this] { OnOk(); };
     QVButtons1.OnCancel = [this] { OnCancel(); };
-    for (Control* c : Controls()) {
-        c->KeyDown = [this](int16_t& k, int16_t) {
-            if (k == key::Return) {
-                k = 0;
-                SendTab();
-            } else if (k == key::Escape) {
-                k = 0;
-                OnCancel();
-            }
-        };
-    }
+    EnterTabsEscapeCancels([this] { OnCancel(); });
 }
 
 void ZoneTownForm::Form_Load() {

@@ -49,16 +49,7 @@ frmEditAGSDB::frmEditAGSDB()
     }
     QVButtons1.OnOk = [this] { OnOk(); };
     QVButtons1.OnCancel = [this] { OnCancel(); };
-    for (Control* c : Controls())
-        c->KeyDown = [this](int16_t& k, int16_t) {
-            if (k == key::Return) {
-                k = 0;
-                SendTab();
-            } else if (k == key::Escape) {
-                k = 0;
-                OnCancel();
-            }
-        };
+    EnterTabsEscapeCancels([this] { OnCancel(); });
 }
 
 void frmEditAGSDB::Form_Load() {

@@ -10,20 +10,6 @@ namespace {
 
 std::string T(int32_t number) { return LoadResStr(Variant(number)); }
 
-// Enter moves on as Tab does and Escape cancels, whichever control has the focus.
-void PreviewKeys(Form& form, const std::function<void()>& cancel) {
-    for (Control* c : form.Controls())
-        c->KeyDown = [&form, cancel](int16_t& code, int16_t) {
-            if (code == key::Return) {
-                code = 0;
-                form.SendTab();
-            } else if (code == key::Escape) {
-                code = 0;
-                cancel();
-            }
-        };
-}
-
 struct RegionMap {
     int16_t region;
     const char* suffix;
@@ -115,7 +101,7 @@ ZoneMapForm::ZoneMapForm(Design d) : design_(std::move(d)) {
             UpdateData(true);
             UpdateData(false);
         };
-    PreviewKeys(*this, [this] { Cancel(); });
+    EnterTabsEscapeCancels([this] { Cancel(); });
 }
 
 void ZoneMapForm::Cancel() {
@@ -230,7 +216,7 @@ WindCategoryForm::WindCategoryForm(Design d) : design_(std::move(d)) {
         Hide();
     };
     strip.OnCancel = cancel;
-    PreviewKeys(*this, cancel);
+    EnterTabsEscapeCancels(cancel);
 }
 
 bool WindCategoryForm::WCat_Enabled(int16_t index) const {
@@ -306,7 +292,7 @@ frmOrographic::frmOrographic() {
         Hide();
     };
     strip.OnCancel = cancel;
-    PreviewKeys(*this, cancel);
+    EnterTabsEscapeCancels(cancel);
 }
 
 void frmOrographic::UpdateData(bool save, const std::string&) {
