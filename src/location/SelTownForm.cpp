@@ -130,6 +130,12 @@ SelTownForm::SelTownForm(bool withAllTown)
     });
 }
 
+int32_t SelTownForm::Joined(std::initializer_list<int32_t> numbers) {
+    std::string s;
+    for (int32_t n : numbers) s += std::to_string(n);
+    return CLng(Val(s));
+}
+
 void SelTownForm::Form_Load() {
     Holding hold(Updating);
     ZeroHierarchy();

@@ -5,6 +5,7 @@
 // (frmSelTown_1) differ in their hierarchy, columns and user buttons.
 
 #include <cstdint>
+#include <initializer_list>
 #include <string>
 #include <vector>
 
@@ -61,6 +62,9 @@ public:
     QVButtons& QVButtons1;
 
 protected:
+    // The item data of a region or county entry: the decimal digits of its
+    // numbers joined without padding.
+    static int32_t Joined(std::initializer_list<int32_t> numbers);
     // The Eurocode dialog adds its check box between the list and the buttons.
     explicit SelTownForm(bool withAllTown);
 

@@ -11,12 +11,6 @@ namespace {
 
 std::string T(int32_t number) { return LoadResStr(Variant(number)); }
 
-int32_t Joined(std::initializer_list<int32_t> numbers) {
-    std::string s;
-    for (int32_t n : numbers) s += std::to_string(n);
-    return CLng(Val(s));
-}
-
 }  // namespace
 
 frmSelTown::frmSelTown() : SelTownForm(false) {

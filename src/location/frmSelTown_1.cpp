@@ -10,14 +10,6 @@ namespace {
 
 std::string T(int32_t number) { return LoadResStr(Variant(number)); }
 
-// The item data of a region or county entry: the decimal digits of its
-// numbers joined without padding.
-int32_t Joined(std::initializer_list<int32_t> numbers) {
-    std::string s;
-    for (int32_t n : numbers) s += std::to_string(n);
-    return CLng(Val(s));
-}
-
 }  // namespace
 
 void frmSelTown_1::ZeroHierarchy() {
