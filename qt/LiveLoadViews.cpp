@@ -58,6 +58,11 @@ void FillGrid(QVGridX& m, QTableWidget* w) {
         w->setRowHeight(r, height > 0 ? line * (height / QVGridX::LineHeight) : line);
     }
     w->resizeColumnsToContents();
+    // Long texts wrap at the model's line width instead of pushing the load
+    // out of sight.
+    const int widest = TwipsToPixels(QVGridX::LineWidth);
+    for (int c = 0; c < w->columnCount(); ++c)
+        if (w->columnWidth(c) > widest) w->setColumnWidth(c, widest);
     w->horizontalHeader()->setStretchLastSection(false);
 }
 
@@ -124,7 +129,7 @@ std::unique_ptr<QDialog> MakeLiveLoadSelectView(FormBase& fb) {
         delete view->layout()->replaceWidget(old, grid, Qt::FindChildrenRecursively);
         delete old;
     }
-    view->resize(TwipsToPixels(11000), TwipsToPixels(7000));
+    view->resize(TwipsToPixels(12600), TwipsToPixels(7000));
     return view;
 }
 

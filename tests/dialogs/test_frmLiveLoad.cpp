@@ -97,6 +97,11 @@ SessionStep Step(const char* form, const std::string& action, const std::string&
     s.control = control;
     return s;
 }
+SessionStep Type(const char* form, const std::string& control, const std::string& text) {
+    SessionStep s = Step(form, "type", control);
+    s.text = text;
+    return s;
+}
 SessionStep Row(const char* form, const std::string& zeile) {
     SessionStep s = Step(form, "select_row", "gridSel");
     s.text = zeile;
@@ -324,6 +329,12 @@ TEST_F(LiveLoadSession, RoadsFromFileToFile) {
         {"Cancel after a choice", "live3.asc", show, {Step(kLive, "click", "cmdp"), Row(kBasic, "A2"),
                                                       Step(kBasic, "ok"), Step(kLive, "cancel")},
          {kLive, kBasic}, false, nullptr},
+        // Norm 1 goes back to ShowLiveLoadDlg, which passes no examples: the
+        // file keeps them and the single load as read. The catalogue has no
+        // rows of 1, so with the choice of standard on the first one offered
+        // (3) takes its place.
+        {"1 through ShowLiveLoadDlg_1", "live1.asc", show1, {Type(kLive, "txtVerkehr(0)", "2"), Step(kLive, "ok")},
+         {kLive}, true, "live1_ok.asc"},
         {"78 sums nothing", "live78.asc", show,
          {Step(kLive, "click", "cmdp"), Row(kBasic, "X1"), Step(kBasic, "ok"), Step(kLive, "ok")},
          {kLive, kBasic}, true, "live78_ok.asc"},
