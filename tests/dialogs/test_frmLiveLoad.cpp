@@ -102,6 +102,11 @@ SessionStep Type(const char* form, const std::string& control, const std::string
     s.text = text;
     return s;
 }
+SessionStep Key(const char* form, const std::string& control, const std::string& key) {
+    SessionStep s = Step(form, "key", control);
+    s.key = key;
+    return s;
+}
 SessionStep Row(const char* form, const std::string& zeile) {
     SessionStep s = Step(form, "select_row", "gridSel");
     s.text = zeile;
@@ -323,9 +328,17 @@ TEST_F(LiveLoadSession, RoadsFromFileToFile) {
     const std::vector<SessionStep> choose = {Step(kLive, "click", "cmdp"),     Row(kBasic, "A2"), Step(kBasic, "ok"),
                                              Step(kLive, "click", "cmdpPlus"), Row(kAdd, "TW3"),  Step(kAdd, "ok"),
                                              Step(kLive, "ok")};
+    // Enter in a grid takes its row as OK does.
+    const std::vector<SessionStep> byKeys = {Step(kLive, "click", "cmdp"),     Row(kBasic, "A2"),
+                                             Key(kBasic, "gridSel", "Enter"),  Step(kLive, "click", "cmdpPlus"),
+                                             Row(kAdd, "TW3"),                 Key(kAdd, "gridSel", "Enter"),
+                                             Step(kLive, "ok")};
     const Case cases[] = {
         {"3 through ShowLiveLoadDlg", "live3.asc", show, choose, {kLive, kBasic, kAdd}, true, "live3_ok.asc"},
-        {"3 through ShowLiveLoadDlg_1", "live3.asc", show1, choose, {kLive, kBasic, kAdd}, true, "live3_ok.asc"},
+        {"3 through ShowLiveLoadDlg_1", "live3.asc", show1, byKeys, {kLive, kBasic, kAdd}, true, "live3_ok.asc"},
+        {"Escape in the grid, then in the dialog", "live3.asc", show,
+         {Step(kLive, "click", "cmdp"), Row(kBasic, "A2"), Key(kBasic, "gridSel", "Escape"), Key(kLive, "", "Escape")},
+         {kLive, kBasic}, false, nullptr},
         {"Cancel after a choice", "live3.asc", show, {Step(kLive, "click", "cmdp"), Row(kBasic, "A2"),
                                                       Step(kBasic, "ok"), Step(kLive, "cancel")},
          {kLive, kBasic}, false, nullptr},
