@@ -125,7 +125,7 @@ std::string Fixture(const std::string& name) {
 
 // The grid of Norm 3's basic loads: the row of no load, then each category
 // under a disabled heading; a new first letter draws a line above the row;
-// the row without a table line is left out, and a Null single load reads 0.
+// the row without a table line is left out.
 TEST_F(LiveLoadCatalogue, GridHeadsCategoriesAndDisablesTheHeadings) {
     frmLiveLoadSelect_1 f;
     f.Load();
@@ -165,6 +165,14 @@ TEST_F(LiveLoadCatalogue, GridHeadsCategoriesAndDisablesTheHeadings) {
     f.gridSel().SelectedRow(4);
     f.gridSel().SelectedRow(3);
     EXPECT_EQ(g.SelectedRow(), 4);
+
+    // A standard without rows: only the row of no load, under the plain caption.
+    frmLiveLoadSelectAdd_1 none;
+    none.Load();
+    none.Norm = 54;
+    none.Init_Me();
+    EXPECT_EQ(none.gridSel().RowCount(), 1);
+    EXPECT_EQ(none.Caption(), "Verkehrslasten");
 }
 
 // OK takes the selected row (its single load too, 0 for Null), the first
@@ -202,16 +210,6 @@ TEST_F(LiveLoadCatalogue, GridHandsBackTheRowTaken) {
         EXPECT_EQ(f.Nutz, c.nutz);
         EXPECT_EQ(f.Bsp, c.bsp);
     }
-}
-
-// A standard without rows: only the row of no load, under the plain caption.
-TEST_F(LiveLoadCatalogue, EmptyCatalogueLeavesTheRowOfNoLoad) {
-    frmLiveLoadSelectAdd_1 f;
-    f.Load();
-    f.Norm = 54;
-    f.Init_Me();
-    EXPECT_EQ(f.gridSel().RowCount(), 1);
-    EXPECT_EQ(f.Caption(), "Verkehrslasten");
 }
 
 // The design value after a grid: the sum, except under 78 and 211. A
