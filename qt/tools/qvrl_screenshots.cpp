@@ -20,6 +20,8 @@
 #include "controls/QVLabel.h"
 #include "controls/QVTextBox.h"
 #include "controls/frmWartenProgress.h"
+#include "dialogs/frmLiveLoadSelect_1.h"
+#include "dialogs/frmLiveLoad_1.h"
 #include "dialogs/frmRoofLoadEN.h"
 #include "maps/MapForms.h"
 #include "location/frmEditAGSDB.h"
@@ -223,6 +225,34 @@ int main(int argc, char** argv) {
                 std::fprintf(stderr, "qvrl_screenshots: cannot write %s\n", file.toLocal8Bit().constData());
                 ++failed;
             }
+        }
+        // The live load dialog with a basic and an additional load, and the
+        // grids of Norm 3 with their category headings.
+        {
+            State().SelectableCodesCtrl = "_1_3_54_";
+            frmLiveLoad_1 live;
+            live.Load();
+            live.Norm = 3;
+            live.MitNormSelect = true;
+            live.MitG = true;
+            live.Grundwert_p = 1.5;
+            live.Zuschlag_p = 0.8;
+            live.Rechenwert_p = 2.3;
+            live.Rechenwert_g0 = 0.55;
+            live.Localize();
+            live.Init_Me();
+            live.UpdateData(false, "");
+            shoot(live);
+            frmLiveLoadSelect_1 basic;
+            basic.Load();
+            basic.Norm = 3;
+            basic.Init_Me();
+            shoot(basic);
+            frmLiveLoadSelectAdd_1 add;
+            add.Load();
+            add.Norm = 3;
+            add.Init_Me();
+            shoot(add);
         }
         // Zone maps and choosers, each with a value chosen as a user would see it.
         {

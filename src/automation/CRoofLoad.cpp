@@ -1,6 +1,7 @@
 #include "automation/CRoofLoad.h"
 
 #include "automation/CWindSnow.h"
+#include "automation/LiveLoadSessions.h"
 #include "automation/RoofLoadSessions.h"
 #include "cp/CWindCpTable.h"
 #include "cp/CpWindRecord.h"
@@ -54,6 +55,10 @@ void CRoofLoad::LanguageFileName(const std::string& name) {
 }
 
 void CRoofLoad::ShowRoofLoadDlg_EN(const std::string& AsciiFileName) { RunRoofLoadDlg_EN(*this, AsciiFileName, onOk_); }
+
+void CRoofLoad::ShowLiveLoadDlg(const std::string& AsciiFileName) { RunLiveLoadDlg(*this, AsciiFileName, onOk_); }
+
+void CRoofLoad::ShowLiveLoadDlg_1(const std::string& AsciiFileName) { RunLiveLoadDlg_1(*this, AsciiFileName, onOk_); }
 
 std::string CRoofLoad::SelectableCodesCtrl() const { return State().SelectableCodesCtrl; }
 

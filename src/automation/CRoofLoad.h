@@ -48,6 +48,9 @@ public:
     // Dialog sessions: the block file AsciiFileName is read, shown and, on
     // OK or a change of standard, written back.
     void ShowRoofLoadDlg_EN(const std::string& AsciiFileName);
+    // Live load sessions: the LIVELOAD block (and DEADLOAD with EditDeadLoad).
+    void ShowLiveLoadDlg(const std::string& AsciiFileName);
+    void ShowLiveLoadDlg_1(const std::string& AsciiFileName);
 
     // True when the last session ended with acceptance; the host only reads it.
     bool OnOk() const { return onOk_; }

@@ -265,6 +265,10 @@ const dispatch::Table<CRoofLoad>& RoofLoadTable() {
                      "Selectable standard codes such as _1_3_; shared by all objects, reset by each new one"),
         BindGet("OnOk", &RL::OnOk, "The last session ended with OK"),
         BindProperty("WithDefaults", &RL::WithDefaults, "A session starts from the stored defaults"),
+        Bind("ShowLiveLoadDlg", &RL::ShowLiveLoadDlg, {"AsciiFileName"},
+             "Live load dialog over the block file for the old standard; others go on in ShowLiveLoadDlg_1"),
+        Bind("ShowLiveLoadDlg_1", &RL::ShowLiveLoadDlg_1, {"AsciiFileName"},
+             "Live load dialog over the block file, the catalogue's standards; OnOk tells whether it was accepted"),
     });
     return table;
 }

@@ -169,6 +169,7 @@ void ScriptedPlatform::RunStep(Form& form, const SessionStep& step, size_t numbe
             fail("a select_row step needs \"row\" or \"text\"");
         }
         if (found < 0) fail(step.control + " has no such row");
+        if (!lv->RowSelectable(found)) fail("row " + std::to_string(found) + " of " + step.control + " is disabled");
         if (focus(*lv)) lv->SelectedRow(found);
     } else if (action == "map") {
         Image* img = nullptr;

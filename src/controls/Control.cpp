@@ -144,7 +144,7 @@ const std::string& ListView::RowTag(int32_t row) const {
 void ListView::SelectedRow(int32_t row) {
     if (row < -1 || row >= RowCount())
         Raise(err::InvalidPropertyValue, Key(), "no row " + std::to_string(row) + " in " + Key());
-    if (row == selected_) return;
+    if (row == selected_ || (row >= 0 && !RowSelectable(row))) return;
     selected_ = row;
     Notify();
     if (row >= 0) ItemClick(row);

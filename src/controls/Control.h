@@ -299,9 +299,12 @@ public:
     int32_t RowCount() const { return static_cast<int32_t>(rows_.size()); }
     const std::vector<std::string>& Row(int32_t row) const;  // error 381 outside
     const std::string& RowTag(int32_t row) const;
-    // Error 380 outside the rows (-1 clears). A change raises ItemClick.
+    // Error 380 outside the rows (-1 clears). A change raises ItemClick; a
+    // row that is not selectable leaves the selection as it is.
     int32_t SelectedRow() const { return selected_; }
     void SelectedRow(int32_t row);
+    // Grids with disabled rows say no here.
+    virtual bool RowSelectable(int32_t /*row*/) const { return true; }
     // Texts of a cell, changed by code or by editing in a grid.
     void Cell(int32_t row, int32_t col, const std::string& text);
     const std::string& Cell(int32_t row, int32_t col) const;
