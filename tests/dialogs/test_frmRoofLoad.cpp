@@ -202,6 +202,23 @@ TEST_F(RoofLoadForm, AnotherStandardSwitches) {
         EXPECT_EQ(f->SwitchNorm, c.switches);
         EXPECT_FALSE(f->Accepted);
     }
+    // Shown: the choice alone ends the modal show, so the script needs no OK.
+    SessionStep choose;
+    choose.form = "frmRoofLoad";
+    choose.action = "choose";
+    choose.control = "cbNormI";
+    choose.tag = "3";
+    SessionScript script;
+    script.steps = {choose};
+    auto p = std::make_shared<ScriptedPlatform>(script);
+    f->SwitchNorm = false;
+    p->Run([&] {
+        Open(1, 300);
+        f->Show();
+    });
+    EXPECT_TRUE(f->SwitchNorm);
+    EXPECT_FALSE(f->IsShown());
+    EXPECT_EQ(p->StepsDone(), 1u);
 }
 
 // The snow zone map under the session driver: a zone clicked and OK brings
