@@ -43,7 +43,7 @@ bool InitLiveLoadMdb() {
     ModuleState& st = State();
     if (st.LiveLoadDb) return true;
     try {
-        st.LiveLoadDb = OpenDB(StoreFile("qvrl.mdb"), Variant(), Variant(true));
+        st.LiveLoadDb = OpenDB(ShippedDataFile("qvrl.mdb"), Variant(), Variant(true));
     } catch (const RuntimeError&) {
         return false;
     }

@@ -307,7 +307,7 @@ bool InitCpeMdb() {
             return true;
         }
         st.UseCpeTxt = false;
-        if (!st.CpeDb) st.CpeDb = OpenDB(StoreFile("qvrl.mdb"), Variant(), Variant(true));
+        if (!st.CpeDb) st.CpeDb = OpenDB(ShippedDataFile("qvrl.mdb"), Variant(), Variant(true));
         WriteTrace({}, std::nullopt, "InitCpeMdb_End", true);
         return true;
     } catch (const RuntimeError& e) {

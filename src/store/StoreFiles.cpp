@@ -46,6 +46,12 @@ std::string StoreFile(const std::string& name) {
     return ShippedStoreFile(name);
 }
 
+std::string ShippedDataFile(const std::string& name) {
+    const auto& overrides = State().StoreFileOverrides;
+    if (auto it = overrides.find(name); it != overrides.end()) return it->second;
+    return ShippedStoreFile(name);
+}
+
 std::string WritableStoreFile(const std::string& name) {
     const auto& overrides = State().StoreFileOverrides;
     if (auto it = overrides.find(name); it != overrides.end()) return it->second;

@@ -18,6 +18,12 @@ std::string UserStoreFile(const std::string& name);
 // user's own where it exists, else the shipped one.
 std::string StoreFile(const std::string& name);
 
+// The file a look-up of shipped-only tables opens (those no import writes:
+// the live load catalogue, the pressure coefficients): the chosen one, else
+// the shipped one, so that a user's copy made by an older release neither
+// lacks tables added since nor hides rows corrected since.
+std::string ShippedDataFile(const std::string& name);
+
 // The file an import writes: the chosen one, else the user's own, made on
 // first use as a copy of the shipped file (schema and shipped rows) so that
 // every look-up still finds what the shipped file holds. Raises the store's

@@ -12,6 +12,7 @@
 #include <vector>
 
 #include "TestEnv.h"
+#include "catalogue/modLiveLoadMDB.h"
 #include "interchange/Records.h"
 #include "location/modAGSMdb.h"
 #include "maintenance/TownImport.h"
@@ -63,13 +64,15 @@ TEST_F(StoreFilesTest, LookUpAndImportEachChooseTheirFile) {
         const char* what;
         bool userFile;
         const char* override;  // nullptr: none; "": set, then cleared
-        std::string lookUp, import;
+        std::string lookUp, import, shippedData;
         const char* userText;  // the user's file afterwards, nullptr when there is none
     } cases[] = {
-        {"no user file: the shipped one, and the first import copies it", false, nullptr, shipped(), user(), "shipped"},
-        {"a user file wins and is written in place", true, nullptr, user(), user(), "mine"},
-        {"an override wins over both and makes no copy", false, "x", other, other, nullptr},
-        {"an override cleared goes back to the rule", false, "", shipped(), user(), "shipped"},
+        {"no user file: the shipped one, and the first import copies it", false, nullptr, shipped(), user(), shipped(),
+         "shipped"},
+        {"a user file wins and is written in place, but not for shipped-only tables", true, nullptr, user(), user(),
+         shipped(), "mine"},
+        {"an override wins over both and makes no copy", false, "x", other, other, other, nullptr},
+        {"an override cleared goes back to the rule", false, "", shipped(), user(), shipped(), "shipped"},
     };
     for (const auto& c : cases) {
         SCOPED_TRACE(c.what);
@@ -79,6 +82,7 @@ TEST_F(StoreFilesTest, LookUpAndImportEachChooseTheirFile) {
         if (c.override) SetStoreFileOverride("qvrl.mdb", other);
         if (c.override && !*c.override) SetStoreFileOverride("qvrl.mdb", "");
         EXPECT_EQ(StoreFile("qvrl.mdb"), c.lookUp);
+        EXPECT_EQ(ShippedDataFile("qvrl.mdb"), c.shippedData);
         EXPECT_EQ(WritableStoreFile("qvrl.mdb"), c.import);
         EXPECT_EQ(fs::exists(user()), c.userText != nullptr);
         if (c.userText) {
@@ -132,7 +136,8 @@ TEST_F(StoreFilesTest, ACopyThatFailsLeavesNothingAndNamesTheFile) {
 }
 
 // The imported towns live in the user's copy; the build's tool replaces the
-// shipped file as a rebuild does, and the towns still answer.
+// shipped file as a rebuild does, and the towns still answer. A copy made by
+// an older release, without the catalogue, hides none of its rows.
 TEST_F(StoreFilesTest, ImportedTownsSurviveARebuildOfTheShippedDatabase) {
     std::vector<std::string> scripts;
     for (const auto& e : fs::directory_iterator(std::string(QVRL_SOURCE_DIR) + "/data/sql/qvrl.mdb"))
@@ -144,8 +149,17 @@ TEST_F(StoreFilesTest, ImportedTownsSurviveARebuildOfTheShippedDatabase) {
     ASSERT_EQ(std::system(rebuild.c_str()), 0);
     ImportGv100ad(kFixtureTowns, WritableStoreFile("qvrl.mdb"));
     ASSERT_EQ(std::system(rebuild.c_str()), 0);
+    {
+        sqlite3* db = nullptr;
+        ASSERT_EQ(sqlite3_open(user().c_str(), &db), SQLITE_OK);
+        EXPECT_EQ(sqlite3_exec(db, "DROP TABLE liveload", nullptr, nullptr, nullptr), SQLITE_OK);
+        sqlite3_close(db);
+    }
     ResetModuleState();
 
+    std::vector<LiveLoadRec> rows;
+    ReadLiveLoads(3, 0, rows);
+    EXPECT_FALSE(rows.empty());
     TownRec t;
     FindTownByAGS(kKoeln, t);
     EXPECT_EQ(t.AGS, kKoeln);
