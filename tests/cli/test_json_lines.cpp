@@ -213,6 +213,56 @@ TEST_F(CallJsonLines, PlainReaderReadsAsTheGeneralReader) {
     }
 }
 
+// Random requests answered twice: as written, which the plain reader takes
+// when it can, and with the call's first letter escaped, which only the
+// general reader takes. The answers must agree to the byte.
+TEST_F(CallJsonLines, PlainAndGeneralReaderAnswerRandomRequestsAlike) {
+    std::mt19937_64 rng(11);
+    const auto pick = [&rng](size_t n) { return static_cast<size_t>(rng() % n); };
+    const auto digits = [&](size_t n) {
+        std::string d(1, static_cast<char>('1' + pick(9)));
+        while (d.size() < n) d += static_cast<char>('0' + pick(10));
+        return d;
+    };
+    const auto number = [&]() -> std::string {
+        std::string n = pick(3) == 0 ? "-" : "";
+        n += pick(6) == 0 ? "0" : digits(1 + pick(pick(4) == 0 ? 22 : 5));
+        if (pick(2) == 0) n += "." + digits(1 + pick(18));
+        if (pick(3) == 0) n += std::string(pick(2) ? "e" : "E") + "+-"[pick(2)] + std::to_string(pick(330));
+        return n;
+    };
+    const char* space[] = {"", "", " ", "\t", "  "};
+    const auto value = [&]() -> std::string {
+        switch (pick(8)) {
+        case 0: return "\"" + number() + "\"";
+        case 1: return "true";
+        case 2: return "null";
+        default: return number();
+        }
+    };
+    std::string plain, escaped;
+    for (int i = 0; i < 3000; ++i) {
+        std::string args;
+        const size_t count = pick(5) == 0 ? pick(4) : 2;
+        for (size_t a = 0; a < count; ++a)
+            args += std::string(a ? "," : "") + space[pick(5)] + value() + space[pick(5)];
+        const std::string member = pick(2) ? "CWindSnow.StandardSnowLoad_DIN1055_7_2005" : "CWindSnow.SnowMue2";
+        const std::string tail = "\",\"args\":[" + args + "]}";
+        plain += R"({"call":")" + member + tail + "\n";
+        escaped += R"({"call":"\u0043)" + member.substr(1) + tail + "\n";
+    }
+    const auto a = Answers(plain);
+    const auto b = Answers(escaped);
+    ASSERT_EQ(a.size(), 3000u);
+    ASSERT_EQ(b.size(), 3000u);
+    std::istringstream lines(plain);
+    for (size_t i = 0; i < a.size(); ++i) {
+        std::string line;
+        std::getline(lines, line);
+        EXPECT_EQ(a[i], b[i]) << line;
+    }
+}
+
 // Every value is written as dump() writes it, numbers at the turns of its
 // notation above all.
 TEST_F(CallJsonLines, AnswersAreWrittenAsDumpWritesThem) {
