@@ -1,5 +1,6 @@
-// Requests per CPU second of `call --jsonl`, driven through the command's own
-// loop in process: a batch of DIN rule requests in, the answers out. The
+// Requests per CPU second of `call --jsonl` and `cp --jsonl`, driven through
+// the commands' own loops in process: a batch of requests in, the answers
+// out. The `call` batch asks a DIN rule; the
 // requests vary their inputs and spell the member in two ways, so that
 // neither a single remembered answer nor one spelling can carry the figure.
 // Target: 1,000,000 requests per CPU second for a DIN rule.
@@ -10,6 +11,7 @@
 #include <sstream>
 #include <string>
 
+#include "Ratios.h"
 #include "commands.h"
 
 namespace {
@@ -41,5 +43,32 @@ void BM_CallJsonl_DinWindPressure(benchmark::State& state) {
     state.SetItemsProcessed(static_cast<int64_t>(state.iterations() * kBatch));
 }
 BENCHMARK(BM_CallJsonl_DinWindPressure)->Unit(benchmark::kMicrosecond);
+
+const qvrl::bench::RegisterRate kRate({"call --jsonl, DIN rule requests per CPU second",
+                                       "BM_CallJsonl_DinWindPressure", 1e6});
+
+std::string GabledBatch() {
+    std::string text;
+    for (std::size_t i = 0; i < kBatch; ++i)
+        text += R"({"form":"gabled","Theta":)" + std::to_string(90 * (i % 2)) + R"(,"Alpha":)" +
+                std::to_string(5.0 + static_cast<double>(i % 60)) + "}\n";
+    return text;
+}
+
+void BM_CpJsonl_Gabled(benchmark::State& state) {
+    const std::string batch = GabledBatch();
+    std::ostringstream out;
+    for (auto _ : state) {
+        std::istringstream in(batch);
+        out.str({});
+        qvrl::cli::AnswerCpRequests(in, out);
+        benchmark::DoNotOptimize(out.str().size());
+    }
+    if (out.str().find("error") != std::string::npos) state.SkipWithError("a request failed");
+    state.SetItemsProcessed(static_cast<int64_t>(state.iterations() * kBatch));
+}
+BENCHMARK(BM_CpJsonl_Gabled)->Unit(benchmark::kMillisecond);
+
+const qvrl::bench::RegisterRate kCpRate({"cp --jsonl, gabled roof requests per CPU second", "BM_CpJsonl_Gabled", 0.0});
 
 }  // namespace

@@ -204,6 +204,33 @@ TEST(WindEN, PeakPressureByAnnex) {
     EXPECT_EQ(ExposureFactorUK(3, 10.0, 5000.0, 200.0), 0.0);
 }
 
+// The whole chain is its factors taken one after another, to the last bit,
+// wherever z lies against zmin and the 200 m that holds cr; a fault of any
+// factor is 0.0.
+TEST(WindEN, PeakPressureIsItsFactorsComposed) {
+    const auto composed = [](const Site& x) {
+        try {
+            double z0 = 0.0, zmin = 0.0, town = 0.0;
+            TerrainParameters(x.cat, z0, zmin);
+            const double cr = RoughnessFactor(x.na, TerrainFactor(z0), x.z, z0, zmin, x.cat, 0.0, town);
+            const double co = OrographyFactor(x.na, x.phi, x.s);
+            const double Iv = TurbulenceIntensity(x.na, x.z, z0, zmin, co, x.cat, 0.0, town);
+            const double ce = ExposureFactor(x.na, cr, co, Iv, x.cat, x.z, 0.0, town);
+            return fp::Mul(ce, BasicPressure(x.na, x.qb, x.vbase, x.cDir, x.cSeason));
+        } catch (const RuntimeError&) {
+            return 0.0;
+        }
+    };
+    for (const int16_t na : {50, 52, 54})
+        for (const int16_t cat : {-1, 0, 1, 2, 3, 4, 5})
+            for (const double z : {-1.0, 0.0, 0.5, 1.0, 2.0, 5.0, 10.0, 37.3, 199.99, 200.0, 200.01, 350.0, 1e6, 1e308})
+                for (const double qb : {0.0, 0.39})
+                    for (const double phi : {0.0, 0.1, 0.4}) {
+                        const Site x{na, cat, z, qb, 25.0, phi, 0.6, 0.9, 0.95};
+                        EXPECT_EQ(Peak(x), composed(x)) << na << " " << cat << " " << z << " " << qb << " " << phi;
+                    }
+}
+
 TEST(WindEN, EveryFaultBecomesZeroPressure) {
     for (int16_t cat : {-1, 5, 100}) EXPECT_EQ(Peak({54, cat, 10.0}), 0.0) << cat;
     EXPECT_EQ(Peak({54, 5, 0.0}), 0.0);
