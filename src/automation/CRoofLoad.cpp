@@ -55,6 +55,8 @@ void CRoofLoad::LanguageFileName(const std::string& name) {
 
 void CRoofLoad::ShowRoofLoadDlg_EN(const std::string& AsciiFileName) { RunRoofLoadDlg_EN(*this, AsciiFileName, onOk_); }
 
+void CRoofLoad::ShowRoofLoadDlg_1(const std::string& AsciiFileName) { RunRoofLoadDlg_1(*this, AsciiFileName, onOk_); }
+
 std::string CRoofLoad::SelectableCodesCtrl() const { return State().SelectableCodesCtrl; }
 
 void CRoofLoad::SelectableCodesCtrl(const std::string& codes) {

@@ -48,6 +48,8 @@ public:
     // Dialog sessions: the block file AsciiFileName is read, shown and, on
     // OK or a change of standard, written back.
     void ShowRoofLoadDlg_EN(const std::string& AsciiFileName);
+    // DIN 1055-100 (Norm 3, 31); hands over like the others.
+    void ShowRoofLoadDlg_1(const std::string& AsciiFileName);
 
     // True when the last session ended with acceptance; the host only reads it.
     bool OnOk() const { return onOk_; }
