@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "TestEnv.h"
+#include "location/test_modAGSMdb_fixture.h"
 #include "automation/CRoofLoad.h"
 #include "dialogs/SessionRoads.h"
 #include "dialogs/frmRoofLoad100.h"
@@ -94,6 +95,32 @@ TEST_F(RoofLoadSessions, EntryTestsAndHandOvers) {
         if (c.expected) test::ExpectFileLines(file, c.expected);
         else EXPECT_FALSE(fs::exists(file));
     }
+}
+
+// The choosers hand their code back into the form, and a cancelled one
+// changes nothing. With NachNorm off the design values stay as typed.
+TEST_F(RoofLoadSessions, ChoosersHandBackTheirCode) {
+    test::WriteFile(file, test::Fixture("din3_ok.asc"));
+    const char* const wz = "frmWZ_1";
+    const char* const gk = "frmWindCategory100_WithoutGrf";
+    const char* const slz = "frmSLZ_1";
+    SessionStep zone = test::Step(wz, "choose", "cbWZ");
+    zone.text = "3";
+    SessionStep other = zone;
+    other.text = "4";
+    SessionStep snow = test::Step(slz, "map");
+    snow.layer = 2;  // code 11 stands second
+    snow.click = true;
+    CRoofLoad roof;
+    const std::vector<std::string> forms =
+        Run(roof, Member::Din100,
+            {test::Step(k100, "click", "cmdWZ"), other, test::Step(wz, "cancel"),
+             test::Step(k100, "click", "cmdWZ"), zone, test::Step(wz, "ok"), test::Step(k100, "click", "cmdGK"),
+             test::Step(gk, "click", "optWCat(5)"), test::Step(gk, "ok"), test::Step(k100, "click", "cmdSLZ"), snow,
+             test::Step(slz, "ok"), test::Step(k100, "ok")});
+    EXPECT_EQ(forms, (std::vector<std::string>{k100, wz, wz, gk, slz}));
+    EXPECT_TRUE(roof.OnOk());
+    test::ExpectFileLines(file, "din3_choosers.asc");
 }
 
 // A C host calling the member by name, under the same script as the CLI and
@@ -278,3 +305,37 @@ TEST_F(RoofLoad100Form, StandardChoice) {
 }
 
 }  // namespace
+
+// Each zone button follows its own file and standard; the town choice does
+// not switch the zone choosers.
+class RoofLoad100Buttons : public test::TownDbTest {};
+
+TEST_F(RoofLoad100Buttons, EnabledByTheirFiles) {
+    struct Case {
+        int16_t norm;
+        const char* missing;  // nullptr: every file there
+        bool slz2, wz2, ags;
+    };
+    const Case cases[] = {
+        {3, nullptr, true, true, true},          {31, nullptr, true, true, true},
+        {1, nullptr, false, false, false},       {3, "qvrlwlz.mdb", true, true, true},
+        {31, "qvrlwlz.mdb", true, false, true},  {3, "qvrlwlz_dibt.mdb", true, false, true},
+        {3, "qvrlslz.mdb", false, true, true},   {31, "qvrl.mdb", true, true, false},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(std::to_string(c.norm) + (c.missing ? std::string(" without ") + c.missing : ""));
+        std::filesystem::path gone;
+        if (c.missing) {
+            gone = program_ / (std::string(c.missing) + ".away");
+            std::filesystem::rename(program_ / c.missing, gone);
+        }
+        frmRoofLoad100 f;
+        f.Load();
+        f.Norm = c.norm;
+        f.EnableZoneButtons();
+        EXPECT_EQ(f.Find("cmdSLZ2")->Enabled(), c.slz2);
+        EXPECT_EQ(f.Find("cmdWZ2")->Enabled(), c.wz2);
+        EXPECT_EQ(f.Find("cmdAGS")->Enabled(), c.ags);
+        if (c.missing) std::filesystem::rename(gone, program_ / c.missing);
+    }
+}
