@@ -14,6 +14,7 @@
 #include "automation/CRoofLoad.h"
 #include "dialogs/SessionRoads.h"
 #include "dialogs/frmRoofLoad100.h"
+#include "maintenance/StoreImports.h"
 #include "qvroofload.h"
 #include "rules/modSnow.h"
 #include "rules/modWind.h"
@@ -337,5 +338,57 @@ TEST_F(RoofLoad100Buttons, EnabledByTheirFiles) {
         EXPECT_EQ(f.Find("cmdWZ2")->Enabled(), c.wz2);
         EXPECT_EQ(f.Find("cmdAGS")->Enabled(), c.ags);
         if (c.missing) std::filesystem::rename(gone, program_ / c.missing);
+    }
+}
+
+// cmdAGS opens the town selection of the 2005 lists: the town's zones and
+// key reach the file, its name the label; the typed values stay.
+class RoofLoad100TownSession : public test::TownDbTest {
+protected:
+    void SetUp() override {
+        TownDbTest::SetUp();
+        const std::string db = (program_ / "qvrl.mdb").string();
+        const std::string fixtures = std::string(QVRL_SOURCE_DIR) + "/tests/maintenance/fixtures/";
+        imports::Gv100ad(fixtures + "gv100ad_small.asc", db);
+        imports::Zones(fixtures + "zones_small.csv", db, 50);
+        file = (test::FreshFolder("blocks") / "roof.asc").string();
+    }
+    std::string file;
+};
+
+TEST_F(RoofLoad100TownSession, TownChosenThroughCmdAGS) {
+    test::WriteFile(file, test::Fixture("din3_ok.asc"));
+    SessionStep state = test::Step("frmSelTown", "choose", "cbBL");
+    state.text = "Nordrhein-Westfalen";
+    SessionStep row = test::Step("frmSelTown", "select_row", "lvGem");
+    row.row = 0;
+    SessionScript script;
+    script.steps = {test::Step(k100, "click", "cmdAGS"), state, test::Type("frmSelTown", "txtAGS(0)", "5205"), row,
+                    test::Step("frmSelTown", "ok"), test::Step(k100, "ok")};
+    auto p = std::make_shared<ScriptedPlatform>(script);
+    CRoofLoad roof;
+    p->Run([&] { roof.ShowRoofLoadDlg_1(file); });
+    EXPECT_EQ(test::FormsOf(*p), (std::vector<std::string>{k100, "frmSelTown"}));
+    EXPECT_TRUE(roof.OnOk());
+    test::ExpectFileLines(file, "din3_town.asc");
+}
+
+// The key given by the session looks the town up for the label; a key that
+// is no number above 0 shows that no town is chosen.
+TEST_F(RoofLoad100TownSession, KeyNamesTheTown) {
+    InitLanguageObjects();
+    const std::pair<const char*, const char*> cases[] = {
+        // Text 422 loses its trailing blank as every language text does.
+        {"05334002", "52058 Aachen, Stadt   (Nordrhein-Westfalen,Reg.-Bez. Köln)"},
+        {"", "keine Gemeinde ausgewählt"},
+        {"0", "keine Gemeinde ausgewählt"},
+    };
+    for (const auto& [key, label] : cases) {
+        SCOPED_TRACE(key);
+        frmRoofLoad100 f;
+        f.Load();
+        f.AGS(key);
+        f.UpdateData(false, "");
+        EXPECT_EQ(f.Get<Label>("lblAGS").Caption(), label);
     }
 }
