@@ -20,6 +20,7 @@
 #include "controls/QVLabel.h"
 #include "controls/QVTextBox.h"
 #include "controls/frmWartenProgress.h"
+#include "dialogs/frmRoofLoad.h"
 #include "dialogs/frmRoofLoad100.h"
 #include "dialogs/frmRoofLoadEN.h"
 #include "maps/MapForms.h"
@@ -219,6 +220,33 @@ int main(int argc, char** argv) {
             roof.UpdateData(false, "");
             const QString file =
                 out + "/" + QString::fromStdString(roof.FormName() + "_" + std::to_string(norm) + "_" + lang) + ".png";
+            if (Render(roof, file)) std::printf("%s\n", file.toLocal8Bit().constData());
+            else {
+                std::fprintf(stderr, "qvrl_screenshots: cannot write %s\n", file.toLocal8Bit().constData());
+                ++failed;
+            }
+        }
+        // The dialog of DIN 1055-4:1986 / 5:1975: zone I with its height
+        // footnote, and zone III (no footnote) with the dead loads in use.
+        for (const bool deadLoads : {false, true}) {
+            State().SelectableCodesCtrl = "_1_3_54_";
+            frmRoofLoad roof;
+            roof.Load();
+            roof.Norm(1);
+            roof.MitNormSelect = true;
+            roof.NachNorm = true;
+            roof.MitG = deadLoads;
+            roof.MitVorschlag = true;
+            roof.Hoehe_Geb = 12;
+            roof.SLZ = deadLoads ? 3 : 1;
+            roof.Hoehe_NN = 420;
+            roof.Rechenwert_g0 = 0.55;
+            roof.Rechenwert_g1 = 0.35;
+            roof.Localize();
+            roof.Init_Me();
+            roof.UpdateData(false, "");
+            const QString file = out + "/" + QString::fromStdString(roof.FormName() + (deadLoads ? "_MitG_" : "_") + lang) +
+                                 ".png";
             if (Render(roof, file)) std::printf("%s\n", file.toLocal8Bit().constData());
             else {
                 std::fprintf(stderr, "qvrl_screenshots: cannot write %s\n", file.toLocal8Bit().constData());

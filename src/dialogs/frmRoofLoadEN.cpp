@@ -2,6 +2,8 @@
 
 #include <memory>
 
+#include "dialogs/RoofLoadFrame.h"
+
 #include "interchange/modAsciiRL2.h"
 #include "location/modAGSMdb_1.h"
 #include "location/modSLZMdb.h"
@@ -19,42 +21,12 @@
 
 namespace qvrl {
 
-namespace {
+using namespace roofframe;
 
-std::string T(int32_t number) { return LoadResStr(Variant(number)); }
+namespace {
 
 bool IsOwnNorm(int16_t n) {
     return n == norm::EN || n == norm::DE || n == norm::AT || n == norm::UK || n == norm::IT;
-}
-
-// The item of that code, -1 for none.
-int32_t IndexOfCode(const ComboBox& cb, int32_t code) {
-    for (int32_t i = 0; i < cb.ListCount(); ++i)
-        if (cb.ItemData(i) == code) return i;
-    return -1;
-}
-
-void Fill(ComboBox& cb, const CodeList& list) {
-    cb.Clear();
-    for (int16_t i = 1; i <= list.Count(); ++i) cb.AddItem(list.sName[i], list.Index[i]);
-}
-
-// Selects the code, else the first item; false when the list is empty.
-bool SelectOrFirst(ComboBox& cb, int32_t code) {
-    if (cb.ListCount() == 0) return false;
-    const int32_t i = IndexOfCode(cb, code);
-    cb.ListIndex(i < 0 ? 0 : i);
-    return true;
-}
-
-double Number(QVTextBox& box) { return box.ReadValue(2).toDouble(); }
-
-// The boxes show loads and heights to the hundredth, which is what the block
-// file keeps; factors need the third place.
-void ValueBox(QVTextBox& box, const char* format) {
-    box.Style(QVTextBox::StyleReal);
-    box.FormatString(format);
-    box.Schema(2);
 }
 
 }  // namespace
@@ -122,18 +94,7 @@ frmRoofLoadEN::frmRoofLoadEN() {
     ValueBox(*txtSnow2_, "0.00");
 
     Frame4_ = &Add<QVFrame>("Frame4");
-    for (int16_t i = 0; i < 6; ++i) {
-        QVTextBox& g = Add<QVTextBox>("txtG", i);
-        if (i % 2 == 0) {
-            // Free text: no length limit.
-            g.Style(QVTextBox::StyleLength);
-            g.Schema(4);
-            g.EditWidth(2400);
-        } else {
-            ValueBox(g, "0.00");
-            g.Caption("g");
-        }
-    }
+    for (int16_t i = 0; i < 6; ++i) SetUpDeadLoadBox(Add<QVTextBox>("txtG", i), i);
 
     chkNorm_ = &Add<CheckBox>("chkNorm");
     chkNorm_->Caption("Werte entspr. Norm");
@@ -225,16 +186,7 @@ void frmRoofLoadEN::Init_Me() {
     Fill(*cbCR_, lists.regions);
     Fill(*cbWGKat_, lists.categories);
 
-    const std::string codes = State().SelectableCodesCtrl;
-    WriteTrace("SelectableCodesString", Variant(codes), "InitCbNorm", true);
-    cbNorm_->Clear();
-    cbNormI_->Clear();
-    for (const NormRow& row : SelectableNormRows(codes)) {
-        cbNorm_->AddItem(row.text, row.code);
-        cbNormI_->AddItem(row.text, row.code, std::to_string(row.code));
-        WriteTrace("AddItem", Variant(row.code), "InitCbNorm", true);
-    }
-    cbNormI_->Enabled(cbNormI_->ListCount() > 1);
+    FillNormCombos(*cbNorm_, *cbNormI_);
 
     EnableTownChoice();
     SetSlzNorm(norm_);
@@ -296,11 +248,9 @@ void frmRoofLoadEN::UpdateData(bool toData, const std::string& controlName) {
             if (txtWind(11).Visible()) DistInsideTown = Number(txtWind(11));
         };
         const auto readDead = [this](int k) {
-            const std::string remark = txtG(static_cast<int16_t>(2 * k)).ReadValue(2).toString();
-            const double value = Number(txtG(static_cast<int16_t>(2 * k + 1)));
-            if (k == 0) g0_Bemerkung = remark, Rechenwert_g0 = value;
-            if (k == 1) g1_Bemerkung = remark, Rechenwert_g1 = value;
-            if (k == 2) g2_Bemerkung = remark, Rechenwert_g2 = value;
+            if (k == 0) ReadDeadLoad(DeadLoads(), k, g0_Bemerkung, Rechenwert_g0);
+            if (k == 1) ReadDeadLoad(DeadLoads(), k, g1_Bemerkung, Rechenwert_g1);
+            if (k == 2) ReadDeadLoad(DeadLoads(), k, g2_Bemerkung, Rechenwert_g2);
         };
         if (controlName == "_wRef") {
             qb0 = Number(txtWind(6));
@@ -351,28 +301,7 @@ void frmRoofLoadEN::UpdateData(bool toData, const std::string& controlName) {
     }
 
     Updating = true;
-    if (MitNormSelect) {
-        if (cbNorm_->ListCount() > 0) {
-            const int32_t i = IndexOfCode(*cbNorm_, norm_);
-            if (i >= 0) {
-                cbNorm_->ListIndex(i);
-            } else {
-                cbNorm_->ListIndex(0);
-                Norm(static_cast<int16_t>(cbNorm_->ItemData(0)));
-            }
-        }
-        if (cbNormI_->Enabled() && cbNormI_->ListCount() > 0) {
-            int32_t found = -1;
-            for (int32_t i = 0; i < cbNormI_->ListCount() && found < 0; ++i)
-                if (cbNormI_->Item(i).tag == std::to_string(norm_)) found = i;
-            if (found >= 0) {
-                cbNormI_->ListIndex(found);
-            } else {
-                cbNormI_->ListIndex(0);
-                Norm(static_cast<int16_t>(Val(cbNormI_->Item(0).tag)));
-            }
-        }
-    }
+    if (MitNormSelect) SelectNorm(*cbNorm_, *cbNormI_, norm_, [this](int16_t n) { Norm(n); });
     txtWind(0).Text(Variant(Hoehe_Geb));
 
     cbWGKat_->Visible(true);
@@ -430,26 +359,8 @@ void frmRoofLoadEN::UpdateData(bool toData, const std::string& controlName) {
         if (before10 != txtWind(10).Visible() || before11 != txtWind(11).Visible()) Arrange();
     }
 
-    chkNorm_->Value(NachNorm ? 1 : 0);
-    // A value the rule owns is shown, not typed, and the tab passes it by.
-    txtWind(3).Locked(NachNorm);
-    txtSnow2_->Locked(NachNorm);
-    txtWind(3).LabelLike(NachNorm);
-    txtSnow2_->LabelLike(NachNorm);
-
-    Frame4_->Visible(MitG);
-    for (int16_t i = 0; i < 6; ++i) txtG(i).Visible(MitG);
-    if (MitG) {
-        const std::string remarks[] = {T(30), T(31), T(32)};
-        const double values[] = {Rechenwert_g0, Rechenwert_g1, Rechenwert_g2};
-        for (int16_t k = 0; k < 3; ++k) {
-            QVTextBox& remark = txtG(static_cast<int16_t>(2 * k));
-            remark.Text(Variant(remarks[k]));
-            remark.Locked(true);
-            remark.LabelLike(true);
-            txtG(static_cast<int16_t>(2 * k + 1)).Text(Variant(values[k]));
-        }
-    }
+    ShowNachNorm(*chkNorm_, NachNorm, {&txtWind(3), txtSnow2_});
+    ShowDeadLoads(*Frame4_, DeadLoads(), MitG, {Rechenwert_g0, Rechenwert_g1, Rechenwert_g2});
 
     cmdDefault_->Visible(MitVorschlag);
     Updating = false;
@@ -463,7 +374,7 @@ void frmRoofLoadEN::ValueAccepted(QVTextBox& box, const std::string& name) {
 
 void frmRoofLoadEN::cbNormI_Click() {
     if (Updating || cbNormI_->ListIndex() < 0) return;
-    const auto code = static_cast<int16_t>(Val(cbNormI_->Item(cbNormI_->ListIndex()).tag));
+    const int16_t code = ChosenNorm(*cbNormI_);
     const bool changed = code != norm_;
     Norm(code);
     if (!IsOwnNorm(code)) {
@@ -509,17 +420,16 @@ void frmRoofLoadEN::chkNorm_Click() {
 
 void frmRoofLoadEN::cmdDefault_Click() {
     if (Updating) return;
-    defWind_.Norm = norm_;
-    defWind_.q0 = Rechenwert_wq;
-    defWind_.h = Hoehe_Geb;
-    defWind_.hNN = Hoehe_NN;
-    defWind_.cat = GebKat;
-    defWind_.qb = qb0;
-    defSnow_.Norm = norm_;
-    defSnow_.s0 = Rechenwert_s0;
-    defSnow_.h = Hoehe_NN;
-    defSnow_.sz = SLZ;
-    SaveDefaults(town_, defWind_, defSnow_, NachNorm ? 1 : 0, "");
+    DefaultValues v;
+    v.norm = norm_;
+    v.wq = Rechenwert_wq;
+    v.hGeb = Hoehe_Geb;
+    v.hNN = Hoehe_NN;
+    v.cat = GebKat;
+    v.qb = qb0;
+    v.s0 = Rechenwert_s0;
+    v.slz = SLZ;
+    StoreDefaults(v, town_, defWind_, defSnow_, NachNorm);
 }
 
 void frmRoofLoadEN::cmdAGS_Click() {
@@ -602,16 +512,12 @@ void frmRoofLoadEN::QVButtons1_OnCancel() {
 }
 
 void frmRoofLoadEN::Localize() {
-    Caption(T(3));
+    LocalizeFrame(*this, *lbNorm_, *chkNorm_, *cmdDefault_, *QVButtons1_);
     Frame4_->Caption(T(4));
     Frame3_->Caption(T(5));
     Frame2_->Caption(T(6));
     Frame1_->Caption(T(7));
     Frame5_->Caption(T(8));
-    cmdDefault_->Caption(T(472));
-    chkNorm_->Caption(T(40));
-    QVButtons1_->Localize();
-    QVButtons1_->ToolTipText(T(12));
     cmdAGS_->Caption(T(410));
     cmdAGS_->ToolTipText(T(42));
     lblSnow_->Caption(T(46));
@@ -627,7 +533,6 @@ void frmRoofLoadEN::Localize() {
     chkWindTopo_->Caption(T(576));
     cmdOro_->Caption(T(575));
     cmdOro_->ToolTipText(T(575));
-    lbNorm_->Caption(T(21));
 
     struct BoxText {
         QVTextBox* box;
@@ -646,7 +551,7 @@ void frmRoofLoadEN::Localize() {
         b.box->Caption(b.caption);
         b.box->Dimension(b.unit ? T(b.unit) : std::string());
     }
-    for (int16_t i = 1; i < 6; i += 2) txtG(i).Dimension(T(51));
+    LocalizeDeadLoads(DeadLoads());
 }
 
 }  // namespace qvrl

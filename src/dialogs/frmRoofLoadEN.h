@@ -4,6 +4,7 @@
 // rules and the user edits their inputs; with it off, the user types them.
 // A standard that belongs to another dialog hides the form with SwitchNorm.
 
+#include <array>
 #include <cstdint>
 #include <string>
 
@@ -92,6 +93,9 @@ protected:
 private:
     QVTextBox& txtWind(int16_t i) const { return Get<QVTextBox>(ControlKey("txtWind", i)); }
     QVTextBox& txtG(int16_t i) const { return Get<QVTextBox>(ControlKey("txtG", i)); }
+    std::array<QVTextBox*, 6> DeadLoads() const {
+        return {&txtG(0), &txtG(1), &txtG(2), &txtG(3), &txtG(4), &txtG(5)};
+    }
     void EnableTownChoice();
     void FillSnowZones();
     void ReadTopography();

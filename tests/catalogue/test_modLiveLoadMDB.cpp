@@ -188,17 +188,21 @@ TEST_F(ShippedCatalogue, StandardsAndRowsHoldTogether) {
     std::vector<int16_t> codes;
     std::vector<std::string> names;
     LiveLoadNorms(codes, names);
-    EXPECT_EQ(codes, (std::vector<int16_t>{0, 3, 54}));
-    EXPECT_EQ(names, (std::vector<std::string>{"", "DIN 1055-3:2006-03", "EN 1991-1-1:2002"}));
+    EXPECT_EQ(codes, (std::vector<int16_t>{0, 3, 50, 54}));
+    EXPECT_EQ(names,
+              (std::vector<std::string>{"", "DIN 1055-3:2006-03", "DIN EN 1991-1-1/NA:2010-12", "EN 1991-1-1:2002"}));
 
     std::vector<LiveLoadRec> all;
     ReadLiveLoads(liveload::AllNorms, 0, all);
     std::set<std::tuple<int16_t, std::string>> keys;
-    for (int16_t norm : {int16_t{3}, int16_t{54}})
+    for (int16_t norm : {int16_t{3}, int16_t{50}, int16_t{54}})
         for (int16_t art : {liveload::ArtGrundwert, liveload::ArtZuschlag}) {
             std::vector<LiveLoadRec> rows;
             ReadLiveLoads(norm, art, rows);
             ASSERT_GT(rows.size(), 1u) << norm << "/" << art;
+            // The dialogs head a group at each change of Kategorie: a group
+            // left never comes back, and the letters keep the table's order.
+            std::set<std::string> groupsLeft;
             for (size_t i = 1; i < rows.size(); ++i) {
                 const LiveLoadRec& r = rows[i];
                 SCOPED_TRACE(std::to_string(norm) + " " + r.Zeile);
@@ -210,6 +214,11 @@ TEST_F(ShippedCatalogue, StandardsAndRowsHoldTogether) {
                 if (art == liveload::ArtZuschlag) EXPECT_EQ(r.Wert2, 0.0);
                 // The grid heads a group per Kategorie and separates by its first letter.
                 else EXPECT_EQ(r.Kategorie.front(), r.Zeile.front());
+                if (i > 1 && rows[i - 1].Kategorie != r.Kategorie) {
+                    EXPECT_LE(rows[i - 1].Kategorie.front(), r.Kategorie.front());
+                    groupsLeft.insert(rows[i - 1].Kategorie);
+                }
+                EXPECT_EQ(groupsLeft.count(r.Kategorie), 0u);
             }
         }
     EXPECT_EQ(keys.size() + 1, all.size());
@@ -221,10 +230,13 @@ TEST_F(ShippedCatalogue, SpotValuesOfEachTable) {
         const char* zeile;
         double q, Q;
     };
-    // One row per source table; A2 has no single load (Null).
+    // One row per source table; A2 has no single load (Null). The German
+    // annex copies its rows from DIN 1055-3.
     const Case cases[] = {
-        {3, 0, "A2", 1.5, 0.0},   {3, 0, "E3", 7.5, 10.0}, {3, 0, "Z", 4.0, 2.0}, {3, 1, "TW5", 1.2, 0.0},
-        {54, 0, "B", 3.0, 4.5},   {54, 0, "E1", 7.5, 7.0}, {54, 0, "H", 0.4, 1.0}, {54, 1, "TW1", 0.5, 0.0},
+        {3, 0, "A2", 1.5, 0.0},  {3, 0, "E3", 7.5, 10.0}, {3, 0, "Z", 4.0, 2.0},  {3, 1, "TW5", 1.2, 0.0},
+        {54, 0, "B", 3.0, 4.5},  {54, 0, "E1", 7.5, 7.0}, {54, 0, "F", 2.5, 20.0}, {54, 0, "G", 5.0, 90.0},
+        {54, 0, "H", 0.4, 1.0},  {54, 1, "TW1", 0.5, 0.0}, {50, 0, "A2", 1.5, 0.0}, {50, 0, "C5", 5.0, 4.0},
+        {50, 0, "T3", 7.5, 3.0}, {50, 1, "TW3", 0.8, 0.0},
     };
     for (const Case& c : cases) {
         SCOPED_TRACE(std::to_string(c.norm) + " " + c.zeile);

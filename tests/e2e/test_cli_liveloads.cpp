@@ -22,7 +22,7 @@ TEST_F(CliLiveLoads, JsonListsEachStandardWithBothKinds) {
     const auto r = test::RunCli("liveloads --json");
     ASSERT_EQ(r.status, 0) << r.out;
     const json j = json::parse(r.out);
-    ASSERT_EQ(j["standards"].size(), 2u);
+    ASSERT_EQ(j["standards"].size(), 3u);
     const json& din = j["standards"][0];
     EXPECT_EQ(din["Norm"], 3);
     EXPECT_EQ(din["NormBez"], "DIN 1055-3:2006-03");  // the fixed string's text, no padding
@@ -31,7 +31,9 @@ TEST_F(CliLiveLoads, JsonListsEachStandardWithBothKinds) {
     EXPECT_EQ(din["basic"][1]["Zeile"], "A2");
     EXPECT_EQ(din["basic"][1]["Wert2"].get<double>(), 0.0);
     EXPECT_EQ(din["additional"][1]["Wert"].get<double>(), 1.2);
-    EXPECT_EQ(j["standards"][1]["Norm"], 54);
+    EXPECT_EQ(j["standards"][1]["Norm"], 50);
+    EXPECT_EQ(j["standards"][1]["NormBez"], "DIN EN 1991-1-1/NA:2010-12");
+    EXPECT_EQ(j["standards"][2]["Norm"], 54);
 }
 
 TEST_F(CliLiveLoads, OneStandardAsText) {
@@ -40,7 +42,11 @@ TEST_F(CliLiveLoads, OneStandardAsText) {
     EXPECT_NE(r.out.find("EN 1991-1-1:2002 (Norm 54)\n"), std::string::npos) << r.out;
     EXPECT_NE(r.out.find("      H        0.4     1  "), std::string::npos) << r.out;
     EXPECT_NE(r.out.find("      TW1      0.5     -  "), std::string::npos) << r.out;
+    // The parking areas stand between storage and roofs, under their own heading.
+    EXPECT_NE(r.out.find("      E1       7.5     7  Lagerflächen\n    F Verkehrs"), std::string::npos) << r.out;
+    EXPECT_NE(r.out.find("      G          5    90  "), std::string::npos) << r.out;
     EXPECT_EQ(r.out.find("Norm 3)"), std::string::npos);
+    EXPECT_EQ(r.out.find("Norm 50)"), std::string::npos);
 }
 
 TEST_F(CliLiveLoads, OwnDatabaseMarksTheNoSumCode) {

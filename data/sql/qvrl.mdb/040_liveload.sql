@@ -89,8 +89,10 @@ INSERT INTO liveload (Norm, NormBez, Art, Zeile, BT, Kategorie, Unterkategorie, 
 (3, 'DIN 1055-3:2006-03', 1, 'TW5', '', 'Trennwandzuschlag', 'TW5', 'leichte Trennwände bis 5 kN/m Wandlänge', 'Trennwände bis 5 kN/m',
  'unbelastete leichte Trennwände, Wandgewicht einschließlich Putz bis 5 kN/m', 1.2, NULL);
 
--- EN 1991-1-1:2002, Tables 6.1 (categories of use) and 6.2 (imposed loads on
--- floors, balconies and stairs), the recommended values.
+-- EN 1991-1-1:2002 (+AC:2009), Tables 6.1 (categories of use) and 6.2
+-- (imposed loads on floors, balconies and stairs), the recommended values
+-- (the underlined ones of each range). Category E2 (industrial use) has no
+-- value in the standard and is left out.
 INSERT INTO liveload (Norm, NormBez, Art, Zeile, BT, Kategorie, Unterkategorie, Nutzung, Kurztext, Langtext, Wert, Wert2) VALUES
 (54, 'EN 1991-1-1:2002', 0, 'A', '', 'A Wohnflächen', 'A', 'Decken', 'Wohnräume',
  'Räume in Wohngebäuden und Häusern, Bettenräume in Krankenhäusern, Hotelzimmer, Küchen und Toiletten', 2.0, 2.0),
@@ -115,12 +117,6 @@ INSERT INTO liveload (Norm, NormBez, Art, Zeile, BT, Kategorie, Unterkategorie, 
 (54, 'EN 1991-1-1:2002', 0, 'E1', '', 'E Lagerflächen', 'E1', 'Flächen mit möglicher Anhäufung von Gütern', 'Lagerflächen',
  'Lagerflächen einschließlich Bücher und anderer Dokumente', 7.5, 7.0);
 
--- EN 1991-1-1:2002, Tables 6.9 (categories of roofs) and 6.10 (imposed loads
--- on roofs of category H), the recommended values.
-INSERT INTO liveload (Norm, NormBez, Art, Zeile, BT, Kategorie, Unterkategorie, Nutzung, Kurztext, Langtext, Wert, Wert2) VALUES
-(54, 'EN 1991-1-1:2002', 0, 'H', '', 'H nicht zugängliche Dächer', 'H', 'Dächer, nur für Instandhaltung zugänglich', 'nicht zugängliche Dächer',
- 'Dächer, die außer für übliche Unterhaltung und Instandsetzung nicht zugänglich sind', 0.4, 1.0);
-
 -- EN 1991-1-1:2002, 6.3.1.2(8): movable partitions as a uniformly
 -- distributed load added to the imposed load, by self-weight per metre.
 INSERT INTO liveload (Norm, NormBez, Art, Zeile, BT, Kategorie, Unterkategorie, Nutzung, Kurztext, Langtext, Wert, Wert2) VALUES
@@ -130,3 +126,35 @@ INSERT INTO liveload (Norm, NormBez, Art, Zeile, BT, Kategorie, Unterkategorie, 
  'versetzbare Trennwände, Eigengewicht bis 2,0 kN/m Wandlänge', 0.8, NULL),
 (54, 'EN 1991-1-1:2002', 1, 'TW3', '', 'Trennwandzuschlag', 'TW3', 'versetzbare Trennwände bis 3,0 kN/m', 'Trennwände bis 3,0 kN/m',
  'versetzbare Trennwände, Eigengewicht bis 3,0 kN/m Wandlänge', 1.2, NULL);
+
+-- EN 1991-1-1:2002 (+AC:2009), Tables 6.7 (traffic and parking areas in
+-- buildings) and 6.8 (imposed loads on them), the recommended values: for F
+-- q_k 2.5 of 1.5 to 2.5 and Q_k 20 of 10 to 20; for G q_k 5.0 and Q_k 90 of
+-- 40 to 90. These rows stand before H so that the letters keep their order.
+INSERT INTO liveload (Norm, NormBez, Art, Zeile, BT, Kategorie, Unterkategorie, Nutzung, Kurztext, Langtext, Wert, Wert2) VALUES
+(54, 'EN 1991-1-1:2002', 0, 'F', '', 'F Verkehrs- und Parkflächen für leichte Fahrzeuge', 'F',
+ 'Fahrzeuge bis 30 kN Gesamtgewicht, höchstens 8 Sitzplätze außer dem Fahrer', 'leichte Fahrzeuge',
+ 'Garagen, Parkflächen, Parkhäuser', 2.5, 20.0),
+(54, 'EN 1991-1-1:2002', 0, 'G', '', 'G Verkehrs- und Parkflächen für mittelschwere Fahrzeuge', 'G',
+ 'Fahrzeuge über 30 kN bis 160 kN Gesamtgewicht auf zwei Achsen', 'mittelschwere Fahrzeuge',
+ 'Zufahrten, Anlieferbereiche, Flächen mit Zufahrt für Feuerwehrfahrzeuge bis 160 kN', 5.0, 90.0);
+
+-- EN 1991-1-1:2002 (+AC:2009), Tables 6.9 (categories of roofs) and 6.10
+-- (imposed loads on roofs of category H), the recommended values. A roof of
+-- category I takes the loads of its category of use A to D, so it has no
+-- row of its own: the user picks that row. Category K (helicopter landing,
+-- Table 6.11) is a take-off load on a given contact area, not an area load,
+-- and is left to the helicopter's own figures.
+INSERT INTO liveload (Norm, NormBez, Art, Zeile, BT, Kategorie, Unterkategorie, Nutzung, Kurztext, Langtext, Wert, Wert2) VALUES
+(54, 'EN 1991-1-1:2002', 0, 'H', '', 'H nicht zugängliche Dächer', 'H', 'Dächer, nur für Instandhaltung zugänglich', 'nicht zugängliche Dächer',
+ 'Dächer, die außer für übliche Unterhaltung und Instandsetzung nicht zugänglich sind', 0.4, 1.0);
+
+-- DIN EN 1991-1-1/NA:2010-12, Table 6.1DE, and NDP 6.3.1.2(8) for the
+-- partition allowance. For categories A1 to A3, B1 to B3, C1 to C5, D1 to
+-- D3, T1 to T3 and Z the annex keeps the codes and values of DIN 1055-3:2006-03
+-- Table 1, and the allowance those of DIN 1055-3:2006-03: those rows are
+-- copied. Left out: C6, and the E categories, which the annex renumbers
+-- (E1.1, E1.2, E2.1 to E2.5, with loads for fork-lift traffic).
+INSERT INTO liveload (Norm, NormBez, Art, Zeile, BT, Kategorie, Unterkategorie, Nutzung, Kurztext, Langtext, Wert, Wert2)
+SELECT 50, 'DIN EN 1991-1-1/NA:2010-12', Art, Zeile, BT, Kategorie, Unterkategorie, Nutzung, Kurztext, Langtext, Wert, Wert2
+FROM liveload WHERE Norm = 3 AND Zeile NOT LIKE 'E%' ORDER BY ID;
