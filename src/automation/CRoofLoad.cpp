@@ -57,6 +57,8 @@ void CRoofLoad::ShowRoofLoadDlg_EN(const std::string& AsciiFileName) { RunRoofLo
 
 void CRoofLoad::ShowRoofLoadDlg_1(const std::string& AsciiFileName) { RunRoofLoadDlg_1(*this, AsciiFileName, onOk_); }
 
+void CRoofLoad::ShowRoofLoadDlg(const std::string& AsciiFileName) { RunRoofLoadDlg(*this, AsciiFileName, onOk_); }
+
 std::string CRoofLoad::SelectableCodesCtrl() const { return State().SelectableCodesCtrl; }
 
 void CRoofLoad::SelectableCodesCtrl(const std::string& codes) {

@@ -3,6 +3,7 @@
 #include <memory>
 
 #include "automation/CRoofLoad.h"
+#include "dialogs/frmRoofLoad.h"
 #include "dialogs/frmRoofLoad100.h"
 #include "dialogs/frmRoofLoadEN.h"
 #include "interchange/modAsciiRL.h"
@@ -25,6 +26,8 @@ bool IsEurocodeDialogNorm(int16_t n) {
 }
 
 bool IsDin100Norm(int16_t n) { return n == norm::DIN2005 || n == norm::DIN2005_T2963; }
+
+bool IsOldNorm(int16_t n) { return n == norm::DIN1986_1975; }
 
 template <class Rec>
 void KeepOnlyNorm(Rec& rec) {
@@ -120,6 +123,77 @@ void WriteBack(CRoofLoad& roof, const std::string& file, const Form& dlg, int16_
 
 }  // namespace
 
+void RunRoofLoadDlg(CRoofLoad& roof, const std::string& AsciiFileName, bool& onOk) {
+    WriteTrace({}, std::nullopt, "ShowRoofLoadDlg ", true);
+    onOk = false;
+    // The defaults are taken before the file is read, which then replaces
+    // every record: they never reach this dialog.
+    ReadDefaultsIfAsked(roof);
+    TakeDefaultsForEmptyRecords(roof);
+    int16_t ctrlNorm = 0;
+    ReadRoofBlocks(AsciiFileName, roof.Town, roof.Wind, roof.Snow, kScale, ctrlNorm, State().SelectableCodesCtrl);
+    roof.Wind.hNN = roof.Snow.h;
+    ClearForeignRecords(roof, IsOldNorm);
+    if (roof.EditDeadLoad) {
+        std::string ignored;
+        ReadDeadBlocks(AsciiFileName, roof.DeadLoad, kScale, ctrlNorm, ignored);
+        if (!IsOldNorm(roof.DeadLoad.Norm)) roof.DeadLoad = DeadLoadRec{};
+    }
+
+    // 78, a code of the live load catalogue, goes to the 2005 dialog too.
+    if (BothAre(roof, [](int16_t n) { return n == norm::DIN2005 || n == 78; })) {
+        roof.ShowRoofLoadDlg_1(AsciiFileName);
+        return;
+    }
+    if (BothAre(roof, IsEurocodeDialogNorm)) {
+        roof.ShowRoofLoadDlg_EN(AsciiFileName);
+        return;
+    }
+    TakeVersionSwitch(roof, ctrlNorm);
+    OfferNorm(norm::DIN1986_1975);
+
+    auto dlg = std::make_unique<frmRoofLoad>();
+    dlg->Load();
+    dlg->NachNorm = roof.DefaultAccNorm;
+    dlg->Norm(norm::DIN1986_1975);
+    dlg->MitG = roof.EditDeadLoad;
+    dlg->MitVorschlag = roof.WithDefaults;
+    dlg->MitNormSelect = roof.SelectNorm;
+    dlg->Rechenwert_wq = roof.Wind.q0;
+    dlg->Hoehe_Geb = roof.Wind.h;
+    dlg->Rechenwert_s0 = roof.Snow.s0;
+    dlg->Hoehe_NN = roof.Snow.h;
+    dlg->SLZ = roof.Snow.sz;
+    GiveDeadLoad(roof, *dlg);
+
+    dlg->Init_Me();
+    dlg->UpdateData(false, "");
+    dlg->Show();
+
+    // The form has no town: the file keeps the one it was read with.
+    const auto takeBack = [&] {
+        roof.DefaultAccNorm = dlg->NachNorm;
+        roof.Wind.Norm = dlg->Norm();
+        roof.Wind.q0 = dlg->Rechenwert_wq;
+        roof.Wind.h = dlg->Hoehe_Geb;
+        roof.Snow.Norm = dlg->Norm();
+        roof.Snow.s0 = dlg->Rechenwert_s0;
+        roof.Snow.h = dlg->Hoehe_NN;
+        roof.Snow.sz = dlg->SLZ;
+        WriteBack(roof, AsciiFileName, *dlg, dlg->Norm());
+    };
+    if (dlg->SwitchNorm) {
+        takeBack();
+        // Whatever was chosen: the entry test of _1 passes a Eurocode pair on.
+        roof.ShowRoofLoadDlg_1(AsciiFileName);
+        dlg->Unload();
+        return;
+    }
+    if (dlg->Accepted) takeBack();
+    onOk = dlg->Accepted;
+    dlg->Unload();
+}
+
 void RunRoofLoadDlg_1(CRoofLoad& roof, const std::string& AsciiFileName, bool& onOk) {
     WriteTrace({}, std::nullopt, "ShowRoofLoadDlg_1 ", true);
     onOk = false;
@@ -144,8 +218,8 @@ void RunRoofLoadDlg_1(CRoofLoad& roof, const std::string& AsciiFileName, bool& o
     ClearForeignRecords(roof, IsDin100Norm);
     ReadDeadLoad(roof, AsciiFileName, ctrlNorm, IsDin100Norm);
 
-    if (BothAre(roof, [](int16_t n) { return n == norm::DIN1986_1975; })) {
-        // frmRoofLoad has no session yet: nothing is shown.
+    if (BothAre(roof, IsOldNorm)) {
+        roof.ShowRoofLoadDlg(AsciiFileName);
         return;
     }
     if (BothAre(roof, IsEurocodeDialogNorm)) {
@@ -201,9 +275,8 @@ void RunRoofLoadDlg_1(CRoofLoad& roof, const std::string& AsciiFileName, bool& o
 
     if (dlg->SwitchNorm) {
         CurrentPlatform().DoEvents();
-        // A code of the old standard has no session to go on in yet, so the
-        // file as written is the result and OnOk stays false.
         if (IsEurocodeDialogNorm(roof.Wind.Norm)) roof.ShowRoofLoadDlg_EN(AsciiFileName);
+        else if (IsOldNorm(roof.Wind.Norm)) roof.ShowRoofLoadDlg(AsciiFileName);
         dlg->Unload();
         return;
     }
@@ -222,8 +295,8 @@ void RunRoofLoadDlg_EN(CRoofLoad& roof, const std::string& AsciiFileName, bool& 
     ClearForeignRecords(roof, IsEurocodeDialogNorm);
     ReadDeadLoad(roof, AsciiFileName, ctrlNorm, IsEurocodeDialogNorm);
 
-    if (BothAre(roof, [](int16_t n) { return n == norm::DIN1986_1975; })) {
-        // frmRoofLoad has no session yet: nothing is shown.
+    if (BothAre(roof, IsOldNorm)) {
+        roof.ShowRoofLoadDlg(AsciiFileName);
         return;
     }
     if (BothAre(roof, [](int16_t n) { return n == norm::DIN2005; })) {
@@ -275,9 +348,8 @@ void RunRoofLoadDlg_EN(CRoofLoad& roof, const std::string& AsciiFileName, bool& 
 
     if (dlg->SwitchNorm) {
         CurrentPlatform().DoEvents();
-        // The old standard has no session to go on in yet: the file as
-        // written is the result and OnOk stays false.
-        if (IsDin100Norm(roof.Wind.Norm)) roof.ShowRoofLoadDlg_1(AsciiFileName);
+        if (IsOldNorm(roof.Wind.Norm)) roof.ShowRoofLoadDlg(AsciiFileName);
+        else if (IsDin100Norm(roof.Wind.Norm)) roof.ShowRoofLoadDlg_1(AsciiFileName);
         dlg->Unload();
         return;
     }

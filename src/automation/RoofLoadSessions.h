@@ -11,6 +11,8 @@ namespace qvrl {
 class CRoofLoad;
 
 // onOk is the object's OnOk, which a nested session sets.
+// DIN 1055-4:1986 and DIN 1055-5:1975 (Norm 1): frmRoofLoad.
+void RunRoofLoadDlg(CRoofLoad& roof, const std::string& AsciiFileName, bool& onOk);
 // DIN 1055-100 (Norm 3, 31): frmRoofLoad100.
 void RunRoofLoadDlg_1(CRoofLoad& roof, const std::string& AsciiFileName, bool& onOk);
 // Eurocode (Norm 50 to 54): frmRoofLoadEN.

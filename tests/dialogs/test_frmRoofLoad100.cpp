@@ -28,8 +28,9 @@ namespace {
 
 const char* const kEN = "frmRoofLoadEN";
 const char* const k100 = "frmRoofLoad100";
+const char* const kOld = "frmRoofLoad";
 
-enum class Member { EN, Din100 };
+enum class Member { EN, Din100, Old };
 
 class RoofLoadSessions : public test::IsolatedTest {
 protected:
@@ -43,7 +44,8 @@ protected:
         auto p = std::make_shared<ScriptedPlatform>(script);
         p->Run([&] {
             if (m == Member::EN) roof.ShowRoofLoadDlg_EN(file);
-            else roof.ShowRoofLoadDlg_1(file);
+            else if (m == Member::Din100) roof.ShowRoofLoadDlg_1(file);
+            else roof.ShowRoofLoadDlg(file);
         });
         return test::FormsOf(*p);
     }
@@ -83,6 +85,24 @@ TEST_F(RoofLoadSessions, EntryTestsAndHandOvers) {
          {kEN, k100, kEN}, true, "din3_to54_ok.asc"},
         {"Eurocode file given to _1", "en54.asc", Member::Din100, {test::Step(kEN, "cancel")}, {kEN}, false,
          "en54.asc"},
+        {"3 to 1 and back", "din3_ok.asc", Member::Din100,
+         {test::Choose(k100, "cbNormI", "1"), test::Choose(kOld, "cbNormI", "3"), test::Step(k100, "ok")},
+         {k100, kOld, k100}, true, "din3_ok.asc"},
+        {"3 to 1, Cancel there", "din3_ok.asc", Member::Din100,
+         {test::Choose(k100, "cbNormI", "1"), test::Step(kOld, "cancel")}, {k100, kOld}, false, "din1_from3.asc"},
+        {"Norm 1 file given to _EN", "din1_from3.asc", Member::EN, {test::Step(kOld, "cancel")}, {kOld}, false,
+         "din1_from3.asc"},
+        {"Norm 3 file given to the old session", "din3_ok.asc", Member::Old, {test::Step(k100, "ok")}, {k100}, true,
+         "din3_ok.asc"},
+        // The old dialog has no town: the TOWN line stays as read. Its
+        // building height computes q at once: 12 m lies in 8 to 20 m, 0.8.
+        {"old session keeps the town", "din1_town.asc", Member::Old,
+         {test::Type(kOld, "txtWind(0)", "12"), test::Step(kOld, "ok")}, {kOld}, true, "din1_town_ok.asc"},
+        // The pair differs, so the old session keeps the call; the snow
+        // record is foreign and cleared, and zone 0 opens as zone 1.
+        {"snow 3 with wind 1", "din1_snow3.asc", Member::Old, {test::Step(kOld, "ok")}, {kOld}, true,
+         "din1_snow3_ok.asc"},
+        {"missing file, old session", nullptr, Member::Old, {test::Step(kOld, "cancel")}, {kOld}, false, nullptr},
         {"missing file, Cancel", nullptr, Member::Din100, {test::Step(k100, "cancel")}, {k100}, false, nullptr},
         {"missing file, OK", nullptr, Member::Din100, {test::Step(k100, "ok")}, {k100}, true, "din_missing_ok.asc"},
     };
