@@ -1,6 +1,7 @@
 #include "dialogs/frmRoofLoad100.h"
 
-#include "interchange/modAsciiRL2.h"
+#include "dialogs/RoofLoadFrame.h"
+
 #include "location/ZoneByTown.h"
 #include "location/modAGSMdb.h"
 #include "location/modSLZMdb.h"
@@ -11,11 +12,12 @@
 #include "store/StoreFiles.h"
 #include "support/CLocLite.h"
 #include "support/CTrace.h"
-#include "support/ModuleState.h"
 #include "support/modToolsB.h"
 #include "vocab/CodeLists.h"
 
 namespace qvrl {
+
+using namespace roofframe;
 
 namespace {
 
@@ -23,46 +25,20 @@ constexpr uint32_t kBlack = 0x000000;
 // Above this terrain height DIN 1055-4:2005 gives no wind load.
 constexpr double kWindLimit = 1100;
 
-std::string T(int32_t number) { return LoadResStr(Variant(number)); }
-
 bool IsOwnNorm(int16_t n) { return n == norm::DIN2005 || n == norm::DIN2005_T2963; }
-
-int32_t IndexOfCode(const ComboBox& cb, int32_t code) {
-    for (int32_t i = 0; i < cb.ListCount(); ++i)
-        if (cb.ItemData(i) == code) return i;
-    return -1;
-}
-
-void Fill(ComboBox& cb, const CodeList& list) {
-    cb.Clear();
-    for (int16_t i = 1; i <= list.Count(); ++i) cb.AddItem(list.sName[i], list.Index[i]);
-}
 
 // Selects the code; a code the list does not hold takes the first item,
 // which then becomes the value.
 void SelectOrTakeFirst(ComboBox& cb, int16_t& code) {
-    if (cb.ListCount() == 0) return;
-    const int32_t i = IndexOfCode(cb, code);
-    if (i >= 0) {
-        cb.ListIndex(i);
-        return;
-    }
-    cb.ListIndex(0);
-    code = static_cast<int16_t>(cb.ItemData(0));
+    if (!SelectOrFirst(cb, code)) return;
+    code = static_cast<int16_t>(cb.ItemData(cb.ListIndex()));
 }
 
 int16_t Selected(const ComboBox& cb, int16_t before) {
     return cb.ListIndex() >= 0 ? static_cast<int16_t>(cb.ItemData(cb.ListIndex())) : before;
 }
 
-double Number(QVTextBox& box) { return box.ReadValue(2).toDouble(); }
-
-// Loads and heights to the hundredth, which is what the block file keeps.
-void ValueBox(QVTextBox& box) {
-    box.Style(QVTextBox::StyleReal);
-    box.FormatString("0.00");
-    box.Schema(2);
-}
+void ValueBox(QVTextBox& box) { roofframe::ValueBox(box, "0.00"); }
 
 bool Exists(const char* storeFile) { return FileExists(StoreFile(storeFile)); }
 
@@ -124,18 +100,7 @@ frmRoofLoad100::frmRoofLoad100() {
     ValueBox(*txtSnow2_);
 
     Frame4_ = &Add<QVFrame>("Frame4");
-    for (int16_t i = 0; i < 6; ++i) {
-        QVTextBox& g = Add<QVTextBox>("txtG", i);
-        if (i % 2 == 0) {
-            // Free text: no length limit.
-            g.Style(QVTextBox::StyleLength);
-            g.Schema(4);
-            g.EditWidth(2400);
-        } else {
-            ValueBox(g);
-            g.Caption("g");
-        }
-    }
+    for (int16_t i = 0; i < 6; ++i) SetUpDeadLoadBox(Add<QVTextBox>("txtG", i), i);
 
     chkNorm_ = &Add<CheckBox>("chkNorm");
     chkNorm_->Caption("Werte entspr. Norm");
@@ -188,16 +153,7 @@ void frmRoofLoad100::Init_Me() {
     Fill(*cbWZ_, Norm == norm::DIN2005_T2963 ? WindZoneList2005_T2963() : WindZoneList2005());
     Fill(*cbWGKat_, WindCategoryList2005());
 
-    const std::string codes = State().SelectableCodesCtrl;
-    WriteTrace("SelectableCodesString", Variant(codes), "InitCbNorm", true);
-    cbNorm_->Clear();
-    cbNormI_->Clear();
-    for (const NormRow& row : SelectableNormRows(codes)) {
-        cbNorm_->AddItem(row.text, row.code);
-        cbNormI_->AddItem(row.text, row.code, std::to_string(row.code));
-        WriteTrace("AddItem", Variant(row.code), "InitCbNorm", true);
-    }
-    cbNormI_->Enabled(cbNormI_->ListCount() > 1);
+    FillNormCombos(*cbNorm_, *cbNormI_);
 
     EnableZoneButtons();
     SetSlzNorm(Norm);
@@ -223,11 +179,9 @@ void frmRoofLoad100::ComputeSnow() { Rechenwert_s0 = StandardSnowLoad_DIN1055_7_
 void frmRoofLoad100::UpdateData(bool toData, const std::string& controlName) {
     if (toData) {
         const auto readDead = [this](int k) {
-            const std::string remark = txtG(static_cast<int16_t>(2 * k)).ReadValue(2).toString();
-            const double value = Number(txtG(static_cast<int16_t>(2 * k + 1)));
-            if (k == 0) g0_Bemerkung = remark, Rechenwert_g0 = value;
-            if (k == 1) g1_Bemerkung = remark, Rechenwert_g1 = value;
-            if (k == 2) g2_Bemerkung = remark, Rechenwert_g2 = value;
+            if (k == 0) ReadDeadLoad(DeadBoxes(), k, g0_Bemerkung, Rechenwert_g0);
+            if (k == 1) ReadDeadLoad(DeadBoxes(), k, g1_Bemerkung, Rechenwert_g1);
+            if (k == 2) ReadDeadLoad(DeadBoxes(), k, g2_Bemerkung, Rechenwert_g2);
         };
         if (controlName == "_WG" || controlName == "_WZ") {
             Hoehe_Geb = Number(txtWind(0));
@@ -266,26 +220,7 @@ void frmRoofLoad100::UpdateData(bool toData, const std::string& controlName) {
     if (MitNormSelect) {
         // 31 has no row of its own in the list: it shows as the 2005 row and stays 31.
         const int16_t shown = Norm == norm::DIN2005_T2963 ? norm::DIN2005 : Norm;
-        if (cbNorm_->ListCount() > 0) {
-            const int32_t i = IndexOfCode(*cbNorm_, shown);
-            if (i >= 0) {
-                cbNorm_->ListIndex(i);
-            } else {
-                cbNorm_->ListIndex(0);
-                Norm = static_cast<int16_t>(cbNorm_->ItemData(0));
-            }
-        }
-        if (cbNormI_->Enabled() && cbNormI_->ListCount() > 0) {
-            int32_t found = -1;
-            for (int32_t i = 0; i < cbNormI_->ListCount() && found < 0; ++i)
-                if (cbNormI_->Item(i).tag == std::to_string(shown)) found = i;
-            if (found >= 0) {
-                cbNormI_->ListIndex(found);
-            } else {
-                cbNormI_->ListIndex(0);
-                Norm = static_cast<int16_t>(Val(cbNormI_->Item(0).tag));
-            }
-        }
+        SelectNorm(*cbNorm_, *cbNormI_, shown, [this](int16_t n) { Norm = n; });
     }
     txtWind(0).Text(Variant(Hoehe_Geb));
 
@@ -312,28 +247,11 @@ void frmRoofLoad100::UpdateData(bool toData, const std::string& controlName) {
     txtWind(3).Text(Variant(Rechenwert_wq));
     txtSnow2_->Text(Variant(Rechenwert_s0));
 
-    chkNorm_->Value(NachNorm ? 1 : 0);
-    // A value the rule owns is shown, not typed, and the tab passes it by.
-    txtWind(3).Locked(NachNorm);
-    txtSnow2_->Locked(NachNorm);
-    txtWind(3).LabelLike(NachNorm);
-    txtSnow2_->LabelLike(NachNorm);
+    ShowNachNorm(*chkNorm_, NachNorm, {&txtWind(3), txtSnow2_});
 
     Footnotes();
 
-    Frame4_->Visible(MitG);
-    for (int16_t i = 0; i < 6; ++i) txtG(i).Visible(MitG);
-    if (MitG) {
-        const std::string remarks[] = {T(30), T(31), T(32)};
-        const double values[] = {Rechenwert_g0, Rechenwert_g1, Rechenwert_g2};
-        for (int16_t k = 0; k < 3; ++k) {
-            QVTextBox& remark = txtG(static_cast<int16_t>(2 * k));
-            remark.Text(Variant(remarks[k]));
-            remark.Locked(true);
-            remark.LabelLike(true);
-            txtG(static_cast<int16_t>(2 * k + 1)).Text(Variant(values[k]));
-        }
-    }
+    ShowDeadLoads(*Frame4_, DeadBoxes(), MitG, {Rechenwert_g0, Rechenwert_g1, Rechenwert_g2});
 
     cmdDefault_->Visible(MitVorschlag);
     Updating = false;
@@ -364,7 +282,7 @@ void frmRoofLoad100::ValueAccepted(QVTextBox& box, const std::string& name) {
 
 void frmRoofLoad100::cbNormI_Click() {
     if (Updating || cbNormI_->ListIndex() < 0) return;
-    Norm = static_cast<int16_t>(Val(cbNormI_->Item(cbNormI_->ListIndex()).tag));
+    Norm = ChosenNorm(*cbNormI_);
     if (!IsOwnNorm(Norm)) {
         SwitchNorm = true;
         Hide();
@@ -445,17 +363,10 @@ void frmRoofLoad100::cmdAGS_Click() {
 
 void frmRoofLoad100::cmdDefault_Click() {
     if (Updating) return;
-    defWind_.Norm = Norm;
-    defWind_.q0 = Rechenwert_wq;
-    defWind_.h = Hoehe_Geb;
-    defWind_.hNN = Hoehe_NN;
+    // The zone is not a value of the frame's: it goes into the record first.
     defWind_.wz = WZ;
-    defWind_.cat = GebKat;
-    defSnow_.Norm = Norm;
-    defSnow_.s0 = Rechenwert_s0;
-    defSnow_.h = Hoehe_NN;
-    defSnow_.sz = SLZ;
-    SaveDefaults(town_, defWind_, defSnow_, NachNorm ? 1 : 0, "");
+    StoreDefaults({Norm, Rechenwert_wq, Hoehe_Geb, Hoehe_NN, GebKat, 0.0, Rechenwert_s0, SLZ}, town_, defWind_, defSnow_,
+                  NachNorm);
 }
 
 void frmRoofLoad100::QVButtons1_OnOk() {
@@ -472,16 +383,12 @@ void frmRoofLoad100::QVButtons1_OnCancel() {
 }
 
 void frmRoofLoad100::Localize() {
-    Caption(T(3));
+    LocalizeFrame(*this, *lbNorm_, *chkNorm_, *cmdDefault_, *QVButtons1_);
     Frame4_->Caption(T(4));
     Frame3_->Caption(T(5));
     Frame2_->Caption(T(6));
     Frame1_->Caption(T(7));
     Frame5_->Caption(T(8));
-    cmdDefault_->Caption(T(472));
-    chkNorm_->Caption(T(40));
-    QVButtons1_->Localize();
-    QVButtons1_->ToolTipText(T(12));
     cmdAGS_->Caption(T(410));
     cmdAGS_->ToolTipText(T(42));
     lblSnow_->Caption(T(46));
@@ -497,7 +404,6 @@ void frmRoofLoad100::Localize() {
     lblWind_->Caption(T(412));
     cmdGK_->Caption(T(48));
     cmdGK_->ToolTipText(T(54));
-    lbNorm_->Caption(T(21));
 
     struct BoxText {
         QVTextBox* box;
@@ -513,7 +419,7 @@ void frmRoofLoad100::Localize() {
         b.box->Caption(b.caption);
         b.box->Dimension(T(b.box == txtHeight_ || b.box == &txtWind(0) ? 50 : 51));
     }
-    for (int16_t i = 1; i < 6; i += 2) txtG(i).Dimension(T(51));
+    LocalizeDeadLoads(DeadBoxes());
 }
 
 }  // namespace qvrl

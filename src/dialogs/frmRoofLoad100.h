@@ -6,6 +6,7 @@
 // the rules or the user own the design values, and another standard hides
 // the form with SwitchNorm.
 
+#include <array>
 #include <cstdint>
 #include <string>
 
@@ -82,6 +83,9 @@ protected:
 private:
     QVTextBox& txtWind(int16_t i) const { return Get<QVTextBox>(ControlKey("txtWind", i)); }
     QVTextBox& txtG(int16_t i) const { return Get<QVTextBox>(ControlKey("txtG", i)); }
+    std::array<QVTextBox*, 6> DeadBoxes() const {
+        return {&txtG(0), &txtG(1), &txtG(2), &txtG(3), &txtG(4), &txtG(5)};
+    }
     void ComputeWind();
     void ComputeSnow();
     void ClearTown() { town_ = TownRec{}; }
