@@ -3,8 +3,6 @@
 #include <memory>
 
 #include "dialogs/RoofLoadFrame.h"
-
-#include "interchange/modAsciiRL2.h"
 #include "location/modAGSMdb_1.h"
 #include "location/modSLZMdb.h"
 #include "location/modWLZMdb.h"
@@ -13,9 +11,6 @@
 #include "rules/modSnowEN.h"
 #include "rules/modWindEN.h"
 #include "store/StoreFiles.h"
-#include "support/CLocLite.h"
-#include "support/CTrace.h"
-#include "support/ModuleState.h"
 #include "support/modToolsB.h"
 #include "vocab/CodeLists.h"
 
