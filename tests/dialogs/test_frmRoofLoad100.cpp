@@ -16,7 +16,6 @@
 #include "dialogs/frmRoofLoad100.h"
 #include "maintenance/StoreImports.h"
 #include "qvroofload.h"
-#include "rules/modSnow.h"
 #include "rules/modWind.h"
 #include "support/CLocLite.h"
 #include "support/ModuleState.h"
@@ -283,28 +282,6 @@ TEST_F(RoofLoad100Form, ReferencePressureFollowsTheZone) {
     double q = 0, v = 0;
     WindReference(3, q, v);
     EXPECT_EQ(f->wqRef(), q);
-}
-
-// With NachNorm on, the rules own both design values and their boxes are
-// shown only; a change of snow zone clears the chosen town, a change of
-// terrain category does not.
-TEST_F(RoofLoad100Form, NachNormOwnsTheDesignValues) {
-    f->Norm = 3;
-    f->NachNorm = true;
-    f->WZ = 2;
-    f->GebKat = 3;
-    f->Hoehe_Geb = 18;
-    f->SLZ = 21;
-    f->Hoehe_NN = 620;
-    Open();
-    EXPECT_EQ(f->Rechenwert_wq, WindPressure_DIN1055_4_2005(2, 3, 18, 620));
-    EXPECT_EQ(f->Rechenwert_s0, StandardSnowLoad_DIN1055_7_2005(21, 620));
-    EXPECT_TRUE(f->Get<QVTextBox>("txtWind(3)").Locked());
-    EXPECT_TRUE(f->Get<QVTextBox>("txtSnow(2)").Locked());
-    EXPECT_FALSE(f->Updating);
-    f->Get<CheckBox>("chkNorm").PerformClick();
-    EXPECT_FALSE(f->NachNorm);
-    EXPECT_FALSE(f->Get<QVTextBox>("txtWind(3)").Locked());
 }
 
 // 31 has no row in the list of standards: it shows as the 2005 row, keeps
