@@ -1,7 +1,6 @@
 #include "dialogs/frmRoofLoad100.h"
 
 #include "dialogs/RoofLoadFrame.h"
-
 #include "location/ZoneByTown.h"
 #include "location/modAGSMdb.h"
 #include "location/modSLZMdb.h"
@@ -10,7 +9,6 @@
 #include "rules/modSnow.h"
 #include "rules/modWind.h"
 #include "store/StoreFiles.h"
-#include "support/CLocLite.h"
 #include "support/CTrace.h"
 #include "support/modToolsB.h"
 #include "vocab/CodeLists.h"
