@@ -23,6 +23,7 @@
 #include "dialogs/frmLiveLoadSelect_1.h"
 #include "dialogs/frmLiveLoad_1.h"
 #include "dialogs/frmRoofLoad.h"
+#include "dialogs/frmRoofLoad100.h"
 #include "dialogs/frmRoofLoadEN.h"
 #include "maps/MapForms.h"
 #include "location/frmEditAGSDB.h"
@@ -276,6 +277,33 @@ int main(int argc, char** argv) {
             roof.UpdateData(false, "");
             const QString file = out + "/" + QString::fromStdString(roof.FormName() + (deadLoads ? "_MitG_" : "_") + lang) +
                                  ".png";
+            if (Render(roof, file)) std::printf("%s\n", file.toLocal8Bit().constData());
+            else {
+                std::fprintf(stderr, "qvrl_screenshots: cannot write %s\n", file.toLocal8Bit().constData());
+                ++failed;
+            }
+        }
+        // The DIN 1055-100 dialog: Norm 3 within its limits, Norm 31 with the
+        // five zones and a terrain height above the snow limit (red note).
+        for (const int16_t norm : {int16_t{3}, int16_t{31}}) {
+            State().SelectableCodesCtrl = "_1_3_31_54_";
+            frmRoofLoad100 roof;
+            roof.Load();
+            roof.Norm = norm;
+            roof.MitNormSelect = true;
+            roof.MitG = true;
+            roof.NachNorm = true;
+            roof.Hoehe_Geb = 12;
+            roof.Hoehe_NN = norm == 3 ? 420 : 850;
+            roof.WZ = norm == 3 ? 2 : 5;
+            roof.GebKat = 2;
+            roof.SLZ = 1;
+            roof.Rechenwert_g0 = 0.55;
+            roof.Localize();
+            roof.Init_Me();
+            roof.UpdateData(false, "");
+            const QString file =
+                out + "/" + QString::fromStdString(roof.FormName() + "_" + std::to_string(norm) + "_" + lang) + ".png";
             if (Render(roof, file)) std::printf("%s\n", file.toLocal8Bit().constData());
             else {
                 std::fprintf(stderr, "qvrl_screenshots: cannot write %s\n", file.toLocal8Bit().constData());

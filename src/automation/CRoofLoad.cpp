@@ -60,6 +60,10 @@ void CRoofLoad::ShowLiveLoadDlg(const std::string& AsciiFileName) { RunLiveLoadD
 
 void CRoofLoad::ShowLiveLoadDlg_1(const std::string& AsciiFileName) { RunLiveLoadDlg_1(*this, AsciiFileName, onOk_); }
 
+void CRoofLoad::ShowRoofLoadDlg_1(const std::string& AsciiFileName) { RunRoofLoadDlg_1(*this, AsciiFileName, onOk_); }
+
+void CRoofLoad::ShowRoofLoadDlg(const std::string& AsciiFileName) { RunRoofLoadDlg(*this, AsciiFileName, onOk_); }
+
 std::string CRoofLoad::SelectableCodesCtrl() const { return State().SelectableCodesCtrl; }
 
 void CRoofLoad::SelectableCodesCtrl(const std::string& codes) {

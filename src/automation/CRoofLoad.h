@@ -51,6 +51,11 @@ public:
     // Live load sessions: the LIVELOAD block (and DEADLOAD with EditDeadLoad).
     void ShowLiveLoadDlg(const std::string& AsciiFileName);
     void ShowLiveLoadDlg_1(const std::string& AsciiFileName);
+    // DIN 1055-100 (Norm 3, 31); hands over like the others.
+    void ShowRoofLoadDlg_1(const std::string& AsciiFileName);
+    // DIN 1055-4:1986 and DIN 1055-5:1975 (Norm 1). Its dialog has no town,
+    // so the file keeps the town it was read with.
+    void ShowRoofLoadDlg(const std::string& AsciiFileName);
 
     // True when the last session ended with acceptance; the host only reads it.
     bool OnOk() const { return onOk_; }

@@ -225,6 +225,11 @@ const dispatch::Table<CRoofLoad>& RoofLoadTable() {
         BindProperty("DefaultAccNorm", &RL::DefaultAccNorm, "Values according to the standard, offered to a dialog"),
         Bind("ShowRoofLoadDlg_EN", &RL::ShowRoofLoadDlg_EN, {"AsciiFileName"},
              "Eurocode wind, snow and dead load dialog over the block file; OnOk tells whether it was accepted"),
+        Bind("ShowRoofLoadDlg_1", &RL::ShowRoofLoadDlg_1, {"AsciiFileName"},
+             "DIN 1055-100 wind, snow and dead load dialog over the block file; OnOk tells whether it was accepted"),
+        Bind("ShowRoofLoadDlg", &RL::ShowRoofLoadDlg, {"AsciiFileName"},
+             "DIN 1055-4:1986 and DIN 1055-5:1975 wind, snow and dead load dialog over the block file; OnOk tells "
+             "whether it was accepted"),
         Bind("WindPressure_DIN1055_4_1986", &RL::WindPressure_DIN1055_4_1986, {"BuildingHeightInM"},
              "No longer supported: shows a message and returns 0; see CWindSnow"),
         Bind("WindPressure_DIN1055_4_2005", &RL::WindPressure_DIN1055_4_2005,

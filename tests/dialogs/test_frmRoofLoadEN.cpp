@@ -6,11 +6,11 @@
 
 #include <filesystem>
 #include <memory>
-#include <sstream>
 #include <string>
 #include <vector>
 
 #include "TestEnv.h"
+#include "dialogs/SessionRoads.h"
 #include "location/test_modAGSMdb_fixture.h"
 #include "automation/CRoofLoad.h"
 #include "automation/Session.h"
@@ -30,45 +30,11 @@ namespace {
 const char* const kForm = "frmRoofLoadEN";
 
 SessionStep Step(const std::string& action, const std::string& control = {}) {
-    SessionStep s;
-    s.form = kForm;
-    s.action = action;
-    s.control = control;
-    return s;
+    return test::Step(kForm, action, control);
 }
-SessionStep Type(const std::string& control, const std::string& text) {
-    SessionStep s = Step("type", control);
-    s.text = text;
-    return s;
-}
-SessionStep Key(const std::string& control, const std::string& key) {
-    SessionStep s = Step("key", control);
-    s.key = key;
-    return s;
-}
-SessionStep Choose(const std::string& control, const std::string& tag) {
-    SessionStep s = Step("choose", control);
-    s.tag = tag;
-    return s;
-}
-
-std::vector<std::string> Lines(const std::string& text) {
-    std::vector<std::string> out;
-    size_t start = 0;
-    while (start < text.size()) {
-        size_t end = text.find("\r\n", start);
-        if (end == std::string::npos) end = text.size();
-        out.push_back(text.substr(start, end - start));
-        start = end + 2;
-    }
-    return out;
-}
-
-std::string Fixture(const std::string& name) {
-    const std::string text = test::ReadFile(std::string(QVRL_SOURCE_DIR) + "/tests/dialogs/fixtures/" + name);
-    if (text.empty()) ADD_FAILURE() << "missing fixture " << name;
-    return text;
-}
+SessionStep Type(const std::string& control, const std::string& text) { return test::Type(kForm, control, text); }
+SessionStep Key(const std::string& control, const std::string& key) { return test::Key(kForm, control, key); }
+using test::Fixture;
 
 class RoofLoadENSession : public test::IsolatedTest {
 protected:
@@ -80,16 +46,9 @@ protected:
     std::vector<std::string> Run(CRoofLoad& roof, SessionScript script) {
         auto p = std::make_shared<ScriptedPlatform>(std::move(script));
         p->Run([&] { roof.ShowRoofLoadDlg_EN(file); });
-        std::vector<std::string> forms;
-        for (const auto& f : p->Forms()) forms.push_back(f.name);
-        return forms;
+        return test::FormsOf(*p);
     }
-    void ExpectFile(const std::string& expected) const {
-        const std::vector<std::string> want = Lines(Fixture(expected));
-        const std::vector<std::string> got = Lines(test::ReadFile(file));
-        ASSERT_EQ(got.size(), want.size()) << test::ReadFile(file);
-        for (size_t i = 0; i < want.size(); ++i) EXPECT_EQ(got[i], want[i]) << "line " << i + 1;
-    }
+    void ExpectFile(const std::string& expected) const { test::ExpectFileLines(file, expected); }
     std::string file;
 };
 
@@ -269,30 +228,11 @@ TEST_F(RoofLoadENSession, ChoosersHandBackTheirCode) {
         script.steps = c.steps;
         auto p = std::make_shared<ScriptedPlatform>(script);
         p->Run([&] { roof.ShowRoofLoadDlg_EN(file); });
-        std::vector<std::string> forms;
-        for (const auto& f : p->Forms()) forms.push_back(f.name);
-        EXPECT_EQ(forms, c.forms);
+        EXPECT_EQ(test::FormsOf(*p), c.forms);
         EXPECT_EQ(p->Messages().size(), c.messages);
         EXPECT_TRUE(roof.OnOk());
         ExpectFile(c.expected);
     }
-}
-
-// Choosing a DIN standard hands the file over: it is written with the new
-// code, the form is gone, and with no DIN session to go on in OnOk is false.
-TEST_F(RoofLoadENSession, GermanStandardHandsOver) {
-    test::WriteFile(file, Fixture("en54.asc"));
-    CRoofLoad roof;
-    SessionScript script;
-    script.steps = {Choose("cbNormI", "3")};
-    EXPECT_EQ(Run(roof, script), std::vector<std::string>{kForm});
-    EXPECT_FALSE(roof.OnOk());
-    ExpectFile("en54_to3.asc");
-
-    // The file now belongs to the DIN dialogs: the entry test shows nothing.
-    script.steps.clear();
-    EXPECT_TRUE(Run(roof, script).empty());
-    ExpectFile("en54_to3.asc");
 }
 
 // The form model alone, under the headless platform.
@@ -440,10 +380,7 @@ TEST_F(RoofLoadENTownSession, TownChosenThroughCmdAGS) {
     auto p = std::make_shared<ScriptedPlatform>(script);
     CRoofLoad roof;
     p->Run([&] { roof.ShowRoofLoadDlg_EN(file); });
-    std::vector<std::string> forms;
-    for (const auto& f : p->Forms()) forms.push_back(f.name);
-    EXPECT_EQ(forms, (std::vector<std::string>{kForm, "frmSelTown_1"}));
+    EXPECT_EQ(test::FormsOf(*p), (std::vector<std::string>{kForm, "frmSelTown_1"}));
     EXPECT_TRUE(roof.OnOk());
-    const std::vector<std::string> want = Lines(Fixture("en50_town.asc"));
-    EXPECT_EQ(Lines(test::ReadFile(file)), want);
+    test::ExpectFileLines(file, "en50_town.asc");
 }
