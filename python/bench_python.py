@@ -5,8 +5,9 @@ The EN 1991-1-4 peak velocity pressure (CtrlNA 54, terrain category II,
 z = 10 m, vb = 25 m/s) through the module, against a pure-Python yardstick of
 the same formula written here from the standard (sections 4.3 to 4.5), as a
 pure-Python library computes it; the late-bound road (member by name, tagged
-values) for comparison; an array call over 100,000 heights in ns per element;
-and the DIN 1055-4:2005 velocity pressure with an empty Python method as the
+values) for comparison; an array call over 100,000 heights in ns per element,
+and over as many pitches of a cheap rule for the cost of the loop itself; and
+the DIN 1055-4:2005 velocity pressure with an empty Python method as the
 floor of any Python call. Given the benchmark program (bench/qvrl_bench of a
 build), it also runs its direct C++ call of the DIN rule.
 
@@ -130,6 +131,9 @@ def main():
     array = cpu_ns("ws.WindPressure_EN_1991_1_4(54, 2, heights, 0.0, 25.0, 0.0, 0.0)", names,
                    max(1, args.number // 20000), args.repeat, per=ARRAY_SIZE)
 
+    # A cheap rule over as many pitches: what the loop itself costs per element.
+    names["pitches"] = np.linspace(0.0, 90.0, ARRAY_SIZE)
+    array_floor = cpu_ns("ws.SnowMue1(pitches)", names, max(1, args.number // 20000), args.repeat, per=ARRAY_SIZE)
     names.update(empty=_Empty(), DIN_HEIGHTS=DIN_HEIGHTS)
     din_number = max(1, args.number // len(DIN_HEIGHTS))
     din = cpu_ns("for h in DIN_HEIGHTS: ws.WindPressure_DIN1055_4_2005(2, 2, h, 0.0)", names, din_number,
@@ -143,6 +147,7 @@ def main():
     print("%-52s %12.1f" % ("qvroofload.CWindSnow method", scalar))
     print("%-52s %12.1f" % ("late-bound _qvroofload.call", late))
     print("%-52s %12.2f" % ("array call of %d heights, per element" % ARRAY_SIZE, array))
+    print("%-52s %12.2f" % ("array call of SnowMue1, per element", array_floor))
     print("%-52s %12.1f" % ("DIN 1055-4:2005 velocity pressure, method", din))
     print("%-52s %12.1f" % ("empty Python method", floor))
     if args.bench:

@@ -50,6 +50,11 @@ double Finite(double v) {
 }
 
 namespace {
+// Finite with the common case inline.
+inline double FiniteFast(double v) { return std::isfinite(v) ? v : Finite(v); }
+}  // namespace
+
+namespace {
 
 PyObject* Text(const std::string& s) {
     // A description carries what a user typed; it must reach Python whole.
@@ -250,7 +255,7 @@ bool IsArray(PyObject* o) {
 
 // The number a Python value stands for, as the late-bound road converts it.
 double NumberOf(PyObject* o) {
-    if (PyFloat_CheckExact(o)) return Finite(PyFloat_AS_DOUBLE(o));
+    if (PyFloat_CheckExact(o)) return FiniteFast(PyFloat_AS_DOUBLE(o));
     if (PyLong_CheckExact(o)) {
         int overflow = 0;
         const long v = PyLong_AsLongAndOverflow(o, &overflow);
@@ -289,6 +294,19 @@ struct Slots {
     }
 
     void Set(size_t k, NativeType t, PyObject* o, bool object) {
+        // A whole number in range is itself; rounding it would change nothing.
+        if (PyLong_CheckExact(o) && (t == NativeType::Integer || t == NativeType::Long)) {
+            int overflow = 0;
+            const long v = PyLong_AsLongAndOverflow(o, &overflow);
+            if (overflow == 0 && t == NativeType::Integer && v >= INT16_MIN && v <= INT16_MAX) {
+                i16[k] = static_cast<int16_t>(v), at[k] = &i16[k];
+                return;
+            }
+            if (overflow == 0 && t == NativeType::Long && v >= INT32_MIN && v <= INT32_MAX) {
+                i32[k] = static_cast<int32_t>(v), at[k] = &i32[k];
+                return;
+            }
+        }
         switch (t) {
         case NativeType::Double:
         case NativeType::Integer:
@@ -505,7 +523,9 @@ PyType_Slot kMemberSlots[] = {
 
 PyType_Spec kMemberSpec = {
     "qvroofload._qvroofload.Member", sizeof(Member), 0,
-    Py_TPFLAGS_DEFAULT | Py_TPFLAGS_HAVE_VECTORCALL | Py_TPFLAGS_METHOD_DESCRIPTOR | Py_TPFLAGS_DISALLOW_INSTANTIATION,
+    // Immutable, so that the interpreter may cache the method at the call site.
+    Py_TPFLAGS_DEFAULT | Py_TPFLAGS_HAVE_VECTORCALL | Py_TPFLAGS_METHOD_DESCRIPTOR | Py_TPFLAGS_DISALLOW_INSTANTIATION |
+        Py_TPFLAGS_IMMUTABLETYPE,
     kMemberSlots};
 
 qvrl::MemberKind KindOf(const std::string& kind) {
@@ -625,7 +645,7 @@ void ArrayLoop(const py::object& member, const py::object& self, const py::objec
     for (size_t i = 0; i < n; ++i) {
         try {
             for (size_t k = 0; k < count; ++k) {
-                if (data[k]) slots.Number(k, typed->params[k], Finite(data[k][i]));
+                if (data[k]) slots.Number(k, typed->params[k], FiniteFast(data[k][i]));
                 else if (!ready[k])
                     slots.Number(k, typed->params[k], NumberOf(PyList_GET_ITEM(inputs.ptr(), static_cast<Py_ssize_t>(k))));
             }
