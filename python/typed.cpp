@@ -355,24 +355,23 @@ PyObject* ValueOf(NativeType t, const void* p) {
 
 PyObject* Slots::Get(size_t k, NativeType t) const { return ValueOf(t, at[k]); }
 
-// The result, or the tuple of the result and the in/out arguments.
-PyObject* Finish(const Member& m, PyObject* result) {
-    if (!result || !m.spec->wraps) return result;
-    PyObject* wrapped = PyObject_CallOneArg(m.wrap, result);
-    Py_DECREF(result);
-    return wrapped;
+py::object Own(PyObject* o) {
+    if (!o) throw py::error_already_set();
+    return py::reinterpret_steal<py::object>(o);
 }
 
-PyObject* WithInOut(const MemberSpec& spec, PyObject* result, const std::vector<PyObject*>& back) {
-    PyObject* t = PyTuple_New(static_cast<Py_ssize_t>(spec.byRef.size() + 1));
-    if (!t) {
-        Py_DECREF(result);
-        for (PyObject* o : back) Py_XDECREF(o);
-        return nullptr;
+// The result, or the tuple of the result and the new values of the in/out
+// arguments; object references become objects of their generated class.
+PyObject* Finish(const Member& m, py::object result, std::vector<py::object> back) {
+    const MemberSpec& spec = *m.spec;
+    if (!spec.byRef.empty()) {
+        py::tuple t(back.size() + 1);
+        t[0] = std::move(result);
+        for (size_t k = 0; k < back.size(); ++k) t[k + 1] = std::move(back[k]);
+        result = std::move(t);
     }
-    PyTuple_SET_ITEM(t, 0, result);
-    for (size_t k = 0; k < back.size(); ++k) PyTuple_SET_ITEM(t, static_cast<Py_ssize_t>(k + 1), back[k]);
-    return t;
+    if (spec.wraps) result = Own(PyObject_CallOneArg(m.wrap, result.ptr()));
+    return result.release().ptr();
 }
 
 PyObject* CallTyped(const Member& m, Handle& h, PyObject* const* args, size_t n) {
@@ -397,19 +396,10 @@ PyObject* CallTyped(const Member& m, Handle& h, PyObject* const* args, size_t n)
     case NativeType::None: break;
     }
     typed.call(h.target, slots.at, out);
-    PyObject* result = out ? ValueOf(typed.result, out) : Py_NewRef(Py_None);
-    if (!result || spec.byRef.empty()) return result;
-    std::vector<PyObject*> back;
-    for (size_t k : spec.byRef) {
-        back.push_back(slots.Get(k, typed.params[k]));
-        if (!back.back()) {
-            back.pop_back();
-            for (PyObject* o : back) Py_DECREF(o);
-            Py_DECREF(result);
-            return nullptr;
-        }
-    }
-    return WithInOut(spec, result, back);
+    py::object result = Own(out ? ValueOf(typed.result, out) : Py_NewRef(Py_None));
+    std::vector<py::object> back;
+    for (size_t k : spec.byRef) back.push_back(Own(slots.Get(k, typed.params[k])));
+    return Finish(m, std::move(result), std::move(back));
 }
 
 // Members without a typed form take the late-bound road, bound all the same.
@@ -419,19 +409,17 @@ PyObject* CallLate(const Member& m, Handle& h, PyObject* const* args, size_t n) 
     values.reserve(n);
     for (size_t k = 0; k < n; ++k)
         values.push_back(spec.object[k] && args[k] == Py_None ? Variant::Nothing() : FromPy(args[k], 0));
-    const Variant r = h.disp->CallBound(spec.bound, values);
-    PyObject* result = ToPy(r).release().ptr();
-    if (spec.byRef.empty()) return result;
-    std::vector<PyObject*> back;
-    for (size_t k : spec.byRef) back.push_back(ToPy(values[k]).release().ptr());
-    return WithInOut(spec, result, back);
+    py::object result = ToPy(h.disp->CallBound(spec.bound, values));
+    std::vector<py::object> back;
+    for (size_t k : spec.byRef) back.push_back(ToPy(values[k]));
+    return Finish(m, std::move(result), std::move(back));
 }
 
 PyObject* Dispatch(const Member& m, Handle& h, PyObject* const* args, size_t n) {
     MemberSpec& spec = *m.spec;
     if (n != spec.object.size()) qvrl::Raise(err::WrongArgumentCount);
     Bind(spec, h);
-    return Finish(m, spec.typed ? CallTyped(m, h, args, n) : CallLate(m, h, args, n));
+    return spec.typed ? CallTyped(m, h, args, n) : CallLate(m, h, args, n);
 }
 
 PyObject* CallArranged(Member& m, PyObject* self, PyObject* const* args, size_t nargs, PyObject* kwnames) {
