@@ -225,12 +225,13 @@ Handle* HandleOf(PyObject* self, MemberSpec& spec) {
 // Finds the member on the object's class, once per class.
 void Bind(MemberSpec& spec, const Handle& h) {
     if (spec.boundType == h.type) return;
-    spec.bound = h.disp->BindMember(spec.name, spec.kind);
-    if (!spec.bound.info) qvrl::Raise(err::NoSuchMember, spec.name);
-    spec.typed = h.disp->TypedOf(spec.bound);
+    const qvrl::BoundMember bound = h.disp->BindMember(spec.name, spec.kind);
+    if (!bound.info) qvrl::Raise(err::NoSuchMember, spec.name);
+    const qvrl::TypedCall* typed = h.disp->TypedOf(bound);
     // A form that does not match the description is not used.
-    if (spec.typed && (spec.typed->params.size() != spec.object.size() || spec.typed->params.size() > kMaxTyped))
-        spec.typed = nullptr;
+    if (typed && (typed->params.size() != spec.object.size() || typed->params.size() > kMaxTyped)) typed = nullptr;
+    spec.bound = bound;
+    spec.typed = typed;
     spec.boundType = h.type;
 }
 

@@ -112,6 +112,9 @@ class ArgumentErrors(unittest.TestCase):
         with self.assertRaises(qvroofload.RuntimeError) as caught:
             qvroofload.CWindSnow.SnowMue1(qvroofload.CAGS(), 1.0)
         self.assertEqual(caught.exception.number, 438)
+        # The member still serves its own class after the other one.
+        ws = qvroofload.CWindSnow()
+        self.assertEqual(qvroofload.CWindSnow.SnowMue1(ws, 30.0), native.call(ws._obj, "SnowMue1", [30.0]))
         empty = qvroofload.CWindSnow.__new__(qvroofload.CWindSnow)
         with self.assertRaises(qvroofload.RuntimeError) as caught:
             empty.SnowMue1(1.0)
