@@ -1,6 +1,7 @@
 // The native half of the Python module: objects by class name, members by
 // name, tagged values to and from Python values. The classes a Python user
-// sees are built from the member tables in qvroofload/__init__.py.
+// sees are built from the member tables in qvroofload/__init__.py; their
+// members are called through typed.cpp.
 
 #include <pybind11/pybind11.h>
 #include <pybind11/stl.h>

@@ -130,11 +130,7 @@ def _signature(params, optional):
 def _arranger(name, params, sig):
     """Places keywords and fills left-out in/out arguments at the end."""
     count = len(params)
-    optional = 0
-    for p in reversed(params):
-        if not p["by_ref"]:
-            break
-        optional += 1
+    optional = _optional_count(params)
     names = [p["name"] for p in params]
 
     def arrange(args, kwargs):
@@ -210,7 +206,7 @@ def _method(class_name, info):
     name = info["name"]
     params = info["params"]
     by_ref = [i for i, p in enumerate(params) if p["by_ref"]]
-    sig = _signature(params, sum(1 for _ in _trailing_by_ref(params)))
+    sig = _signature(params, _optional_count(params))
     arrange = _arranger(name, params, sig)
     pure = _is_pure(class_name, info)
     method = _native.make_member(info, arrange, _array_caller(arrange, len(params)) if pure else None, _wrap)
@@ -229,11 +225,14 @@ def _method(class_name, info):
     return method
 
 
-def _trailing_by_ref(params):
+def _optional_count(params):
+    """In/out arguments at the end may be left out."""
+    optional = 0
     for p in reversed(params):
         if not p["by_ref"]:
-            return
-        yield p
+            break
+        optional += 1
+    return optional
 
 
 def _property(name, get_info, let_info):
