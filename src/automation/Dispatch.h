@@ -602,7 +602,9 @@ public:
     }
     const TypedCall* TypedOf(const BoundMember& member) const override {
         if (!member.entry || member.type != TypeKey<C>()) return nullptr;
-        return &static_cast<const Entry<C>*>(member.entry)->typed;
+        // An entry made by hand may have no typed form.
+        const TypedCall& t = static_cast<const Entry<C>*>(member.entry)->typed;
+        return t.call ? &t : nullptr;
     }
     Variant GetProperty(const std::string& name) override { return table_.Get(*target_, name); }
     void LetProperty(const std::string& name, const Variant& value) override { table_.Let(*target_, name, value); }

@@ -85,6 +85,17 @@ TEST(TypedCall, TypesOfParametersAndResults) {
     EXPECT_EQ(NewTyped()->TypedOf(ws->BindMember("SnowMue1", MemberKind::Method)), nullptr);
 }
 
+TEST(TypedCall, AnEntryMadeByHandHasNoTypedForm) {
+    dispatch::Entry<Typed> byHand;
+    byHand.info = {"ByHand", MemberKind::Method, {}, "Double", "made without Bind"};
+    byHand.call = [](Typed&, std::vector<Variant>&) { return Variant(1.0); };
+    const dispatch::Table<Typed> table({byHand});
+    dispatch::Object<Typed> obj(std::make_shared<Typed>(), table, "ByHand");
+    const BoundMember m = obj.BindMember("ByHand", MemberKind::Method);
+    ASSERT_NE(m.info, nullptr);
+    EXPECT_EQ(obj.TypedOf(m), nullptr);
+}
+
 TEST(TypedCall, RulesGiveTheLateBoundResultsBitForBit) {
     std::shared_ptr<Dispatchable> ws = CreateObjectByName("CWindSnow");
     const Bound en = BindOn(ws, "WindPressure_EN_1991_1_4");
