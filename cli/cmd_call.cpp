@@ -8,6 +8,7 @@
 
 #include "automation/Dispatch.h"
 #include "commands.h"
+#include "json_lines.h"
 #include "interchange/TextFile.h"
 #include "support/errors.h"
 
@@ -109,8 +110,11 @@ public:
         return Put(std::move(list));
     }
     bool parse_error(size_t, const std::string&, const nlohmann::detail::exception&) {
+        syntax_ = true;
         return Fail(err::InvalidCall, "not JSON");
     }
+    // Whether the text itself stopped the reading, rather than its content.
+    bool syntax() const { return syntax_; }
 
 private:
     struct Frame {
@@ -148,6 +152,7 @@ private:
     }
 
     bool request_;
+    bool syntax_ = false;
     bool seenTop_ = false;
     std::vector<Frame> stack_;
     Variant value_;
@@ -170,21 +175,16 @@ Variant FromWord(const std::string& w, size_t position) {
     return std::move(r.value());
 }
 
-ordered_json ErrorJson(int32_t number, const std::string& description) {
-    return {{"error", {{"number", number}, {"description", description}}}};
+void AppendError(std::string& out, int32_t number, const std::string& description) {
+    out += "{\"error\":{\"number\":";
+    out += std::to_string(number);
+    out += ",\"description\":";
+    AppendJsonText(out, description);
+    out += "}}";
 }
-
-// Texts from a member or the user may hold bytes that are no UTF-8; they are
-// shown replaced rather than failing the whole answer.
-std::string Dump(const ordered_json& j) { return j.dump(-1, ' ', false, ordered_json::error_handler_t::replace); }
 
 // Exit status of an answer: what went wrong, if anything.
 enum Status { Ok = 0, MemberFailed = 1, BadRequest = 2 };
-
-struct Reply {
-    ordered_json json;
-    Status status = Ok;
-};
 
 // Objects live for the whole run, as a host would hold them. A call text
 // found once is not looked up by name again.
@@ -221,15 +221,21 @@ private:
 
 // Everything that can be wrong with the request itself is found before the
 // member runs and answered as bad input; what the member raises is its own.
-Reply Call(Objects& objects, const std::string& target, const std::function<std::vector<Variant>()>& readArgs) {
-    auto bad = [](int32_t number, const std::string& why) { return Reply{ErrorJson(number, why), BadRequest}; };
+// readArgs fills args, which may already hold them. The answer is appended
+// to out.
+template <class ReadArgs>
+Status Call(Objects& objects, const std::string& target, std::vector<Variant>& args, ReadArgs&& readArgs,
+            std::string& out) {
+    auto bad = [&out](int32_t number, const std::string& why) {
+        AppendError(out, number, why);
+        return BadRequest;
+    };
     Objects::Target t;
-    std::vector<Variant> args;
     // A known call text passed every check below before; only its arguments are new.
     if (const Objects::Target* known = objects.Known(target)) {
         t = *known;
         try {
-            args = readArgs();
+            readArgs(args);
         } catch (const RuntimeError& e) {
             return bad(e.number(), e.description());
         }
@@ -242,7 +248,7 @@ Reply Call(Objects& objects, const std::string& target, const std::function<std:
         try {
             t.object = objects.Get(className);
             if (!t.object) return bad(err::ObjectNotSet, "unknown class '" + className + "'");
-            args = readArgs();
+            readArgs(args);
         } catch (const RuntimeError& e) {
             return bad(e.number(), e.description());
         }
@@ -260,32 +266,57 @@ Reply Call(Objects& objects, const std::string& target, const std::function<std:
     try {
         result = obj->CallBound(t.member, args);
     } catch (const RuntimeError& e) {
-        return Reply{ErrorJson(e.number(), e.description()), MemberFailed};
+        AppendError(out, e.number(), e.description());
+        return MemberFailed;
     }
-    ordered_json out;
-    out["result"] = ToJson(result);
-    ordered_json byRef = ordered_json::object();
-    for (size_t i = 0; i < info->params.size() && i < args.size(); ++i)
-        if (info->params[i].byRef) byRef[info->params[i].name] = ToJson(args[i]);
-    if (!byRef.empty()) out["out"] = byRef;
-    return Reply{out, Ok};
+    out += "{\"result\":";
+    AppendJson(out, result);
+    bool byRef = false;
+    for (size_t i = 0; i < info->params.size() && i < args.size(); ++i) {
+        if (!info->params[i].byRef) continue;
+        out += byRef ? "," : ",\"out\":{";
+        byRef = true;
+        AppendJsonText(out, info->params[i].name);
+        out += ':';
+        AppendJson(out, args[i]);
+    }
+    if (byRef) out += '}';
+    out += '}';
+    return Ok;
 }
 
-ordered_json AnswerLine(Objects& objects, const std::string& line) {
-    const std::string malformed = "malformed request: ";
-    if (!nlohmann::json::accept(line)) return ErrorJson(err::InvalidCall, malformed + "not a JSON object");
-    ValueReader r(true);
-    try {
-        Read(r, line, malformed);
-    } catch (const RuntimeError& e) {
-        return ErrorJson(e.number(), e.description());
+// The reused state of a batch: nothing is allocated per line once the
+// buffers have grown to the longest line.
+struct Batch {
+    Objects objects;
+    std::string call;
+    std::vector<Variant> args;
+};
+
+void AnswerLine(Batch& b, const std::string& line, std::string& out) {
+    const auto none = [](std::vector<Variant>&) {};
+    if (ReadPlainRequest(line, b.call, b.args)) {
+        Call(b.objects, b.call, b.args, none, out);
+        return;
     }
+    const std::string malformed = "malformed request: ";
+    ValueReader r(true);
+    if (!nlohmann::json::sax_parse(line, &r)) {
+        // A line that is no JSON at all is answered as such, whatever its
+        // content the reader stopped at first.
+        if (!r.error() || r.syntax() || !nlohmann::json::accept(line))
+            return AppendError(out, err::InvalidCall, malformed + "not a JSON object");
+        return AppendError(out, r.error()->number(), malformed + r.error()->description());
+    }
+    if (r.error()) return AppendError(out, r.error()->number(), malformed + r.error()->description());
     if (!r.call() || r.call()->type() != Variant::Type::String)
-        return ErrorJson(err::InvalidCall, malformed + "\"call\" must be a text such as \"CWindSnow.SnowMue1\"");
+        return AppendError(out, err::InvalidCall,
+                           malformed + "\"call\" must be a text such as \"CWindSnow.SnowMue1\"");
     std::optional<Variant>& args = r.args();
     if (args && args->type() != Variant::Type::Array)
-        return ErrorJson(err::InvalidCall, malformed + "\"args\" must be an array");
-    return Call(objects, r.call()->asString(), [&] { return args ? args->asArray() : std::vector<Variant>{}; }).json;
+        return AppendError(out, err::InvalidCall, malformed + "\"args\" must be an array");
+    b.args = args ? args->asArray() : std::vector<Variant>{};
+    Call(b.objects, r.call()->asString(), b.args, none, out);
 }
 
 std::string Signature(const MemberInfo& m) {
@@ -309,12 +340,18 @@ struct CallOptions {
 }  // namespace
 
 void AnswerCallRequests(std::istream& in, std::ostream& out) {
-    Objects objects;
+    Batch batch;
     std::string line;
+    std::string answer;
     while (std::getline(in, line)) {
         if (!line.empty() && line.back() == '\r') line.pop_back();
         if (line.find_first_not_of(" \t") == std::string::npos) continue;
-        out << Dump(AnswerLine(objects, line)) << "\n";
+        answer.clear();
+        AnswerLine(batch, line, answer);
+        answer += '\n';
+        // Each answer goes out before the next line is read, so that a host
+        // waiting for it is not left waiting.
+        out.write(answer.data(), static_cast<std::streamsize>(answer.size()));
     }
     out.flush();
 }
@@ -335,7 +372,6 @@ void AddCallCommand(CLI::App& app, Context& ctx) {
     cmd->add_flag("--list", o->list, "List the members of every public object with their arguments");
     cmd->callback([o, cmd, &ctx] {
         ApplyLanguage(ctx);
-        Objects objects;
         if (o->list) {
             for (const auto& cls : PublicClassNames()) {
                 auto obj = CreateObjectByName(cls);
@@ -352,13 +388,17 @@ void AddCallCommand(CLI::App& app, Context& ctx) {
         }
         if (o->target.empty())
             throw CLI::ValidationError("call", "name a member as Class.Member, or use --jsonl or --list");
-        const Reply reply = Call(objects, o->target, [&] {
-            std::vector<Variant> args;
-            for (const auto& w : cmd->remaining()) args.push_back(FromWord(w, args.size() + 1));
-            return args;
-        });
-        std::cout << Dump(reply.json) << "\n";
-        ctx.exitCode = reply.status;
+        Objects objects;
+        std::vector<Variant> args;
+        std::string answer;
+        const Status status = Call(
+            objects, o->target, args,
+            [&](std::vector<Variant>& a) {
+                for (const auto& w : cmd->remaining()) a.push_back(FromWord(w, a.size() + 1));
+            },
+            answer);
+        std::cout << answer << "\n";
+        ctx.exitCode = status;
     });
 }
 

@@ -16,6 +16,7 @@
 #include "automation/Dispatch.h"
 #include "automation/StoreFailure.h"
 #include "commands.h"
+#include "json_lines.h"
 #include "cp/CWindCpTable.h"
 #include "support/errors.h"
 #include "support/vb.h"
@@ -157,9 +158,10 @@ struct TableMembers {
 
 // Asks the roof object as a host would: a fresh table, the inputs written by
 // their property names, the request, then every property read back in the
-// order of the interface. A fresh table keeps one request's result from
-// standing in for the next one's inputs.
-ordered_json Run(CRoofLoad& roof, const TableMembers& members, const Request& r) {
+// order of the interface, each handed to put(name, value). A fresh table
+// keeps one request's result from standing in for the next one's inputs.
+template <class Put>
+void Run(CRoofLoad& roof, const TableMembers& members, const Request& r, Put&& put) {
     roof.Norm = r.norm;
     roof.UseCpeDB = r.store;
     roof.WindCpTable = std::make_shared<CWindCpTable>();
@@ -170,12 +172,35 @@ ordered_json Run(CRoofLoad& roof, const TableMembers& members, const Request& r)
         table->CallBound(members.lets[static_cast<size_t>(in - kInputs)], args);
     }
     (roof.*r.form->call)();
-    ordered_json out = ordered_json::object();
     for (const BoundMember& get : members.gets) {
         args.clear();
-        out[get.info->name] = ToJson(table->CallBound(get, args));
+        put(get.info->name, table->CallBound(get, args));
     }
+}
+
+ordered_json Run(CRoofLoad& roof, const TableMembers& members, const Request& r) {
+    ordered_json out = ordered_json::object();
+    Run(roof, members, r, [&out](const std::string& name, const Variant& v) { out[name] = ToJson(v); });
     return out;
+}
+
+// The answer of Run as ToJson and dump() write it, straight into out.
+void RunInto(CRoofLoad& roof, const TableMembers& members, const Request& r, std::string& out) {
+    out += '{';
+    bool first = true;
+    Run(roof, members, r, [&out, &first](const std::string& name, const Variant& v) {
+        if (!first) out += ',';
+        first = false;
+        AppendJsonText(out, name);
+        out += ':';
+        switch (v.type()) {
+        case Variant::Type::Integer:
+        case Variant::Type::Long:
+        case Variant::Type::Double: AppendJson(out, v); break;
+        default: out += ordered_json(CStr(v)).dump(); break;
+        }
+    });
+    out += '}';
 }
 
 ordered_json ErrorJson(int32_t number, const std::string& description) {
@@ -287,16 +312,25 @@ Request ParseLine(const std::string& line) {
     return r;
 }
 
-ordered_json AnswerLine(CRoofLoad& roof, const TableMembers& members, const std::string& line) {
+// As RunChecked, the answer or the error appended to out.
+void AnswerLine(CRoofLoad& roof, const TableMembers& members, const std::string& line, std::string& out) {
+    const size_t start = out.size();
+    ordered_json failed;
     try {
-        ordered_json answer;
-        const ordered_json failed = RunChecked(roof, members, ParseLine(line), answer);
-        return failed.is_null() ? answer : failed;
+        const Request r = ParseLine(line);
+        ClearStoreOpenError();
+        RunInto(roof, members, r, out);
+        const StoreFailure f = LastStoreFailure();
+        if (!r.store || f.Kind == StoreFailureKind::None) return;
+        failed = ErrorJson(f.Error.Number, f.Error.Description);
+        failed["error"]["file"] = f.Error.File;
     } catch (const RequestError& e) {
-        return ErrorJson(e.number, e.text);
+        failed = ErrorJson(e.number, e.text);
     } catch (const RuntimeError& e) {
-        return ErrorJson(e.number(), e.description());
+        failed = ErrorJson(e.number(), e.description());
     }
+    out.resize(start);
+    out += failed.dump();
 }
 
 // ---- the command line ----
@@ -345,6 +379,22 @@ Request FromOptions(const CpOptions& o) {
 
 }  // namespace
 
+void AnswerCpRequests(std::istream& in, std::ostream& out) {
+    CRoofLoad roof;
+    const TableMembers members;
+    std::string line;
+    std::string answer;
+    while (std::getline(in, line)) {
+        if (!line.empty() && line.back() == '\r') line.pop_back();
+        if (line.find_first_not_of(" \t") == std::string::npos) continue;
+        answer.clear();
+        AnswerLine(roof, members, line, answer);
+        answer += '\n';
+        out.write(answer.data(), static_cast<std::streamsize>(answer.size()));
+    }
+    out.flush();
+}
+
 void AddCpCommand(CLI::App& app, Context& ctx) {
     auto o = std::make_shared<CpOptions>();
     CLI::App* cmd = app.add_subcommand(
@@ -388,15 +438,7 @@ void AddCpCommand(CLI::App& app, Context& ctx) {
                 ctx.exitCode = 2;
                 return;
             }
-            CRoofLoad roof;
-            const TableMembers members;
-            std::string line;
-            while (std::getline(std::cin, line)) {
-                if (!line.empty() && line.back() == '\r') line.pop_back();
-                if (line.find_first_not_of(" \t") == std::string::npos) continue;
-                std::cout << AnswerLine(roof, members, line).dump() << "\n";
-            }
-            std::cout.flush();
+            AnswerCpRequests(std::cin, std::cout);
             ctx.exitCode = 0;
             return;
         }

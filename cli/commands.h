@@ -38,6 +38,8 @@ Variant VariantFromWord(const std::string& word, size_t position);
 // The loop of `call --jsonl`: one answer line per request line, blank lines
 // skipped, objects kept for the whole input.
 void AnswerCallRequests(std::istream& in, std::ostream& out);
+// The loop of `cp --jsonl`, alike: one roof object for the whole input.
+void AnswerCpRequests(std::istream& in, std::ostream& out);
 
 void AddShowCommand(CLI::App& app, Context& ctx);
 

@@ -1,5 +1,8 @@
 #include "rules/modWindEN.h"
 
+#include <array>
+#include <cstddef>
+
 #include "rules/modMath.h"
 #include "rules/modWindUK.h"
 #include "support/errors.h"
@@ -41,6 +44,42 @@ double Evaluate(const PowerLaw& law, double z, double zmin) {
     return fp::Mul(law.factor, fp::Pow(fp::Div(z, 10.0), law.exponent));
 }
 
+// The chain of the Eurocode and the annexes that keep its roughness and
+// turbulence: cr and Iv share the logarithm of z/z0 while z is under the
+// 200 m that holds cr, and kr is that of the category, worked out once.
+double PeakPressureShared(int16_t CtrlNA, int16_t BuildingCategory, double z_BuildingInM,
+                          double BasicWindPressure, double BasicWindVelocity, double UpwindSlope_Phi,
+                          double OrographicLocationFac_s, double cDir, double cSeason) {
+    static const std::array<double, 5> kTerrainFactors = [] {
+        std::array<double, 5> kr{};
+        for (int16_t c = 0; c < 5; ++c) {
+            double z0 = 0.0;
+            double zmin = 0.0;
+            TerrainParameters(c, z0, zmin);
+            kr[static_cast<size_t>(c)] = TerrainFactor(z0);
+        }
+        return kr;
+    }();
+    double z0 = 0.0;
+    double zmin = 0.0;
+    TerrainParameters(BuildingCategory, z0, zmin);
+    const bool known = BuildingCategory >= 0 && BuildingCategory < 5;
+    const double kr = known ? kTerrainFactors[static_cast<size_t>(BuildingCategory)] : TerrainFactor(z0);
+    double z = z_BuildingInM;
+    if (z < zmin) z = zmin;
+    const bool held = z > 200.0;
+    const double rr = fp::Div(held ? 200.0 : z, z0);
+    const double lr = fp::Log(rr);
+    const double cr = fp::Mul(kr, lr);
+    const double co = OrographyFactor(CtrlNA, UpwindSlope_Phi, OrographicLocationFac_s);
+    const double rt = held ? fp::Div(z, z0) : rr;
+    double Iv = 0.0;
+    if (rt > 1e-5) Iv = fp::Div(1.0, fp::Mul(co, held ? fp::Log(rt) : lr));
+    const double ce = ExposureFactor(CtrlNA, cr, co, Iv, BuildingCategory, z_BuildingInM, 0.0, 0.0);
+    const double q = BasicPressure(CtrlNA, BasicWindPressure, BasicWindVelocity, cDir, cSeason);
+    return fp::Mul(ce, q);
+}
+
 }  // namespace
 
 double WindPressure_EN_1991_1_4(int16_t CtrlNA, int16_t BuildingCategory, double z_BuildingInM,
@@ -51,6 +90,9 @@ double WindPressure_EN_1991_1_4(int16_t CtrlNA, int16_t BuildingCategory, double
     // Hosts rely on 0.0 for anything the chain cannot answer, an unknown
     // category (z0 of 0.0) above all; no error leaves this function.
     try {
+        if (CtrlNA != kAT && CtrlNA != kUK)
+            return PeakPressureShared(CtrlNA, BuildingCategory, z_BuildingInM, BasicWindPressure, BasicWindVelocity,
+                                      UpwindSlope_Phi, OrographicLocationFac_s, cDir, cSeason);
         double z0 = 0.0;
         double zmin = 0.0;
         TerrainParameters(BuildingCategory, z0, zmin);

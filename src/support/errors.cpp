@@ -37,41 +37,26 @@ void Raise(int32_t number, const std::string& source, const std::string& descrip
     throw RuntimeError(number, description, source);
 }
 
-namespace fp {
+namespace fp::detail {
 
-double Check(double x) {
-    if (std::isinf(x) || std::isnan(x)) Raise(err::Overflow);
-    return x;
-}
+void RaiseOverflow() { Raise(err::Overflow); }
 
-double Div(double a, double b) {
+void RaiseDiv(double a, double b) {
     if (std::isnan(a) || std::isnan(b)) Raise(err::Overflow);
     if (b == 0.0) Raise(a == 0.0 ? err::Overflow : err::DivisionByZero);
-    return Check(a / b);
+    Raise(err::Overflow);
 }
 
-double Mul(double a, double b) { return Check(a * b); }
-double Add(double a, double b) { return Check(a + b); }
-double Sub(double a, double b) { return Check(a - b); }
-
-double Pow(double base, double exponent) {
+void RaisePow(double base, double exponent) {
     if (std::isnan(base) || std::isnan(exponent)) Raise(err::Overflow);
     if (base == 0.0 && exponent < 0.0) Raise(err::InvalidCall);
     if (base < 0.0 && std::trunc(exponent) != exponent) Raise(err::InvalidCall);
-    return Check(std::pow(base, exponent));
+    Raise(err::Overflow);
 }
 
-double Sqrt(double x) {
-    if (x < 0.0) Raise(err::InvalidCall);
-    return Check(std::sqrt(x));
-}
+void RaiseSqrt(double x) { Raise(x < 0.0 ? err::InvalidCall : err::Overflow); }
 
-double Log(double x) {
-    if (!(x > 0.0)) Raise(err::InvalidCall);
-    return Check(std::log(x));
-}
+void RaiseLog(double x) { Raise(!(x > 0.0) ? err::InvalidCall : err::Overflow); }
 
-double Exp(double x) { return Check(std::exp(x)); }
-
-}  // namespace fp
+}  // namespace fp::detail
 }  // namespace qvrl

@@ -2,6 +2,8 @@
 // Run-time errors numbered as a Basic run-time would number them, and the
 // checks that turn a floating fault into one at the step that made it.
 
+#include <bit>
+#include <cmath>
 #include <cstdint>
 #include <stdexcept>
 #include <string>
@@ -51,22 +53,69 @@ std::string ErrorDescription(int32_t number);
                         const std::string& description = {});
 
 // Floating-point operations with Basic's fault semantics: a result that is
-// infinite or not a number never leaves these functions.
+// infinite or not a number never leaves these functions. They sit in every
+// step of the rules, so each is the operation and one test inline; what a
+// fault raises is worked out out of line, where it costs nothing until then.
 namespace fp {
-// x/0 with x != 0 is error 11; 0/0 is error 6; an overflowing quotient is error 6.
-double Div(double a, double b);
-double Mul(double a, double b);
-double Add(double a, double b);
-double Sub(double a, double b);
-// Power with Basic's rules: no real value (negative base, fractional exponent;
-// 0 to a negative power) is error 5, overflow error 6.
-double Pow(double base, double exponent);
-double Sqrt(double x);   // x < 0: error 5
-double Log(double x);    // x <= 0: error 5
-double Exp(double x);    // overflow: error 6
+namespace detail {
+// Infinity or not a number, read from the bits: no optimisation that assumes
+// finite arithmetic can fold this test away in a host's build.
+inline bool NotFinite(double x) noexcept {
+    return (std::bit_cast<std::uint64_t>(x) & 0x7FF0000000000000u) == 0x7FF0000000000000u;
+}
+inline bool IsNaN(double x) noexcept {
+    return (std::bit_cast<std::uint64_t>(x) & 0x7FFFFFFFFFFFFFFFu) > 0x7FF0000000000000u;
+}
+[[noreturn, gnu::cold]] void RaiseOverflow();
+[[noreturn, gnu::cold]] void RaiseDiv(double a, double b);
+[[noreturn, gnu::cold]] void RaisePow(double base, double exponent);
+[[noreturn, gnu::cold]] void RaiseSqrt(double x);
+[[noreturn, gnu::cold]] void RaiseLog(double x);
+}  // namespace detail
+
 // A finished result: infinity is error 6, not-a-number error 6 as well,
 // since it can only arise from an overflowing intermediate here.
-double Check(double x);
+inline double Check(double x) {
+    if (detail::NotFinite(x)) [[unlikely]]
+        detail::RaiseOverflow();
+    return x;
+}
+// x/0 with x != 0 is error 11; 0/0 is error 6; an overflowing quotient is error 6.
+inline double Div(double a, double b) {
+    // Every faulty quotient, x/0 included, is infinite or not a number.
+    const double q = a / b;
+    if (detail::NotFinite(q)) [[unlikely]]
+        detail::RaiseDiv(a, b);
+    return q;
+}
+inline double Mul(double a, double b) { return Check(a * b); }
+inline double Add(double a, double b) { return Check(a + b); }
+inline double Sub(double a, double b) { return Check(a - b); }
+// Power with Basic's rules: no real value (negative base, fractional exponent;
+// 0 to a negative power) is error 5, overflow error 6.
+inline double Pow(double base, double exponent) {
+    const double r = std::pow(base, exponent);
+    // pow(1, NaN) and pow(NaN, 0) are 1, yet an undefined input is a fault.
+    if (detail::NotFinite(r) || detail::IsNaN(base) || detail::IsNaN(exponent)) [[unlikely]]
+        detail::RaisePow(base, exponent);
+    return r;
+}
+// x < 0: error 5
+inline double Sqrt(double x) {
+    const double r = std::sqrt(x);
+    if (detail::NotFinite(r)) [[unlikely]]
+        detail::RaiseSqrt(x);
+    return r;
+}
+// x <= 0: error 5
+inline double Log(double x) {
+    const double r = std::log(x);
+    if (detail::NotFinite(r)) [[unlikely]]
+        detail::RaiseLog(x);
+    return r;
+}
+// overflow: error 6
+inline double Exp(double x) { return Check(std::exp(x)); }
 }  // namespace fp
 
 }  // namespace qvrl
