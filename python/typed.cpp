@@ -631,14 +631,41 @@ void ArrayLoop(const py::object& member, const py::object& self, const py::objec
         }
     }
 
+    // The arrays to read per element; a Double goes into its slot as it is.
+    struct Feed {
+        size_t k;
+        NativeType type;
+        const double* p;
+    };
+    std::vector<Feed> feeds;
+    bool allReady = true;
+    for (size_t k = 0; k < count; ++k) {
+        if (data[k]) {
+            feeds.push_back({k, typed->params[k], data[k]});
+            slots.at[k] = &slots.d[k];
+        } else {
+            allReady = allReady && ready[k];
+        }
+    }
+    const auto& call = typed->call;
+    void* const target = h->target;
     for (size_t i = 0; i < n; ++i) {
         try {
-            for (size_t k = 0; k < count; ++k) {
-                if (data[k]) slots.Number(k, typed->params[k], FiniteFast(data[k][i]));
-                else if (!ready[k])
-                    slots.Number(k, typed->params[k], NumberOf(PyList_GET_ITEM(inputs.ptr(), static_cast<Py_ssize_t>(k))));
+            if (allReady) {
+                for (const Feed& f : feeds) {
+                    const double x = FiniteFast(f.p[i]);
+                    if (f.type == NativeType::Double) slots.d[f.k] = x;
+                    else slots.Number(f.k, f.type, x);
+                }
+            } else {
+                for (size_t k = 0; k < count; ++k) {
+                    if (data[k]) slots.Number(k, typed->params[k], FiniteFast(data[k][i]));
+                    else if (!ready[k])
+                        slots.Number(k, typed->params[k],
+                                     NumberOf(PyList_GET_ITEM(inputs.ptr(), static_cast<Py_ssize_t>(k))));
+                }
             }
-            typed->call(h->target, slots.at, &res[i]);
+            call(target, slots.at, &res[i]);
             if (num) num[i] = 0;
         } catch (const qvrl::RuntimeError& e) {
             if (!num) {
