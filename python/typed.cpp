@@ -649,6 +649,7 @@ void ArrayLoop(const py::object& member, const py::object& self, const py::objec
     }
     const auto& call = typed->call;
     void* const target = h->target;
+    if (num) std::memset(num, 0, n * sizeof(int32_t));
     for (size_t i = 0; i < n; ++i) {
         try {
             if (allReady) {
@@ -666,7 +667,6 @@ void ArrayLoop(const py::object& member, const py::object& self, const py::objec
                 }
             }
             call(target, slots.at, &res[i]);
-            if (num) num[i] = 0;
         } catch (const qvrl::RuntimeError& e) {
             if (!num) {
                 SetError(e);
