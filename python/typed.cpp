@@ -161,12 +161,12 @@ PyType_Slot kHandleSlots[] = {
     {0, nullptr},
 };
 
-PyType_Spec kHandleSpec = {"qvroofload._qvroofload.Handle", sizeof(Handle), 0,
+PyType_Spec kHandleTypeDef = {"qvroofload._qvroofload.Handle", sizeof(Handle), 0,
                            Py_TPFLAGS_DEFAULT | Py_TPFLAGS_BASETYPE, kHandleSlots};
 
 // ---- Member: one member of a generated class, as a method descriptor.
 
-struct MemberSpec {
+struct MemberState {
     std::string name;
     qvrl::MemberKind kind = qvrl::MemberKind::Method;
     std::vector<char> object;  // per parameter: an object reference, where None is Nothing
@@ -188,7 +188,7 @@ struct Member {
     PyObject* arrange;    // (args, kwargs) -> args: keywords and left-out in/out arguments
     PyObject* arrayCall;  // (member, self, args, kwargs) -> array; None but for a pure rule
     PyObject* wrap;       // object references into objects of their generated class
-    MemberSpec* spec;
+    MemberState* state;
 };
 
 void MemberDealloc(PyObject* self) {
@@ -198,8 +198,8 @@ void MemberDealloc(PyObject* self) {
     Py_CLEAR(m->arrange);
     Py_CLEAR(m->arrayCall);
     Py_CLEAR(m->wrap);
-    if (m->spec) Py_CLEAR(m->spec->lastClass);
-    delete m->spec;
+    if (m->state) Py_CLEAR(m->state->lastClass);
+    delete m->state;
     tp->tp_free(self);
     Py_DECREF(tp);
 }
@@ -209,30 +209,30 @@ PyObject* MemberGet(PyObject* self, PyObject* obj, PyObject*) {
     return PyMethod_New(self, obj);
 }
 
-Handle* HandleOf(PyObject* self, MemberSpec& spec) {
-    if (reinterpret_cast<PyObject*>(Py_TYPE(self)) != spec.lastClass && !PyObject_TypeCheck(self, gHandleType)) {
-        PyErr_Format(PyExc_TypeError, "%s() is called on an object of a public class, not on %s", spec.name.c_str(),
+Handle* HandleOf(PyObject* self, MemberState& state) {
+    if (reinterpret_cast<PyObject*>(Py_TYPE(self)) != state.lastClass && !PyObject_TypeCheck(self, gHandleType)) {
+        PyErr_Format(PyExc_TypeError, "%s() is called on an object of a public class, not on %s", state.name.c_str(),
                      Py_TYPE(self)->tp_name);
         return nullptr;
     }
     auto* h = reinterpret_cast<Handle*>(self);
     if (!h->disp) qvrl::Raise(err::ObjectNotSet);
     auto* cls = reinterpret_cast<PyObject*>(Py_TYPE(self));
-    if (spec.lastClass != cls) Py_XSETREF(spec.lastClass, Py_NewRef(cls));
+    if (state.lastClass != cls) Py_XSETREF(state.lastClass, Py_NewRef(cls));
     return h;
 }
 
 // Finds the member on the object's class, once per class.
-void Bind(MemberSpec& spec, const Handle& h) {
-    if (spec.boundType == h.type) return;
-    const qvrl::BoundMember bound = h.disp->BindMember(spec.name, spec.kind);
-    if (!bound.info) qvrl::Raise(err::NoSuchMember, spec.name);
+void Bind(MemberState& state, const Handle& h) {
+    if (state.boundType == h.type) return;
+    const qvrl::BoundMember bound = h.disp->BindMember(state.name, state.kind);
+    if (!bound.info) qvrl::Raise(err::NoSuchMember, state.name);
     const qvrl::TypedCall* typed = h.disp->TypedOf(bound);
     // A form that does not match the description is not used.
-    if (typed && (typed->params.size() != spec.object.size() || typed->params.size() > kMaxTyped)) typed = nullptr;
-    spec.bound = bound;
-    spec.typed = typed;
-    spec.boundType = h.type;
+    if (typed && (typed->params.size() != state.object.size() || typed->params.size() > kMaxTyped)) typed = nullptr;
+    state.bound = bound;
+    state.typed = typed;
+    state.boundType = h.type;
 }
 
 bool IsArray(PyObject* o) {
@@ -364,22 +364,22 @@ py::object Own(PyObject* o) {
 // The result, or the tuple of the result and the new values of the in/out
 // arguments; object references become objects of their generated class.
 PyObject* Finish(const Member& m, py::object result, std::vector<py::object> back) {
-    const MemberSpec& spec = *m.spec;
-    if (!spec.byRef.empty()) {
+    const MemberState& state = *m.state;
+    if (!state.byRef.empty()) {
         py::tuple t(back.size() + 1);
         t[0] = std::move(result);
         for (size_t k = 0; k < back.size(); ++k) t[k + 1] = std::move(back[k]);
         result = std::move(t);
     }
-    if (spec.wraps) result = Own(PyObject_CallOneArg(m.wrap, result.ptr()));
+    if (state.wraps) result = Own(PyObject_CallOneArg(m.wrap, result.ptr()));
     return result.release().ptr();
 }
 
 PyObject* CallTyped(const Member& m, Handle& h, PyObject* const* args, size_t n) {
-    const MemberSpec& spec = *m.spec;
-    const qvrl::TypedCall& typed = *spec.typed;
+    const MemberState& state = *m.state;
+    const qvrl::TypedCall& typed = *state.typed;
     Slots slots;
-    for (size_t k = 0; k < n; ++k) slots.Set(k, typed.params[k], args[k], spec.object[k] != 0);
+    for (size_t k = 0; k < n; ++k) slots.Set(k, typed.params[k], args[k], state.object[k] != 0);
     double d = 0.0;
     int16_t i16 = 0;
     int32_t i32 = 0;
@@ -399,28 +399,28 @@ PyObject* CallTyped(const Member& m, Handle& h, PyObject* const* args, size_t n)
     typed.call(h.target, slots.at, out);
     py::object result = Own(out ? ValueOf(typed.result, out) : Py_NewRef(Py_None));
     std::vector<py::object> back;
-    for (size_t k : spec.byRef) back.push_back(Own(slots.Get(k, typed.params[k])));
+    for (size_t k : state.byRef) back.push_back(Own(slots.Get(k, typed.params[k])));
     return Finish(m, std::move(result), std::move(back));
 }
 
 // Members without a typed form take the late-bound road, bound all the same.
 PyObject* CallLate(const Member& m, Handle& h, PyObject* const* args, size_t n) {
-    const MemberSpec& spec = *m.spec;
+    const MemberState& state = *m.state;
     std::vector<Variant> values;
     values.reserve(n);
     for (size_t k = 0; k < n; ++k)
-        values.push_back(spec.object[k] && args[k] == Py_None ? Variant::Nothing() : FromPy(args[k], 0));
-    py::object result = ToPy(h.disp->CallBound(spec.bound, values));
+        values.push_back(state.object[k] && args[k] == Py_None ? Variant::Nothing() : FromPy(args[k], 0));
+    py::object result = ToPy(h.disp->CallBound(state.bound, values));
     std::vector<py::object> back;
-    for (size_t k : spec.byRef) back.push_back(ToPy(values[k]));
+    for (size_t k : state.byRef) back.push_back(ToPy(values[k]));
     return Finish(m, std::move(result), std::move(back));
 }
 
 PyObject* Dispatch(const Member& m, Handle& h, PyObject* const* args, size_t n) {
-    MemberSpec& spec = *m.spec;
-    if (n != spec.object.size()) qvrl::Raise(err::WrongArgumentCount);
-    Bind(spec, h);
-    return spec.typed ? CallTyped(m, h, args, n) : CallLate(m, h, args, n);
+    MemberState& state = *m.state;
+    if (n != state.object.size()) qvrl::Raise(err::WrongArgumentCount);
+    Bind(state, h);
+    return state.typed ? CallTyped(m, h, args, n) : CallLate(m, h, args, n);
 }
 
 PyObject* CallArranged(Member& m, PyObject* self, PyObject* const* args, size_t nargs, PyObject* kwnames) {
@@ -471,18 +471,18 @@ PyObject* CallArranged(Member& m, PyObject* self, PyObject* const* args, size_t 
 
 PyObject* MemberCall(PyObject* callable, PyObject* const* args, size_t nargsf, PyObject* kwnames) {
     auto& m = *reinterpret_cast<Member*>(callable);
-    MemberSpec& spec = *m.spec;
+    MemberState& state = *m.state;
     const auto nargs = static_cast<size_t>(PyVectorcall_NARGS(nargsf));
     if (nargs < 1) {
-        PyErr_Format(PyExc_TypeError, "%s() is called on an object of a public class", spec.name.c_str());
+        PyErr_Format(PyExc_TypeError, "%s() is called on an object of a public class", state.name.c_str());
         return nullptr;
     }
     try {
-        Handle* h = HandleOf(args[0], spec);
+        Handle* h = HandleOf(args[0], state);
         if (!h) return nullptr;
         const size_t n = nargs - 1;
-        const size_t count = spec.object.size();
-        bool slow = (kwnames && PyTuple_GET_SIZE(kwnames) > 0) || (n < count && !spec.byRef.empty());
+        const size_t count = state.object.size();
+        bool slow = (kwnames && PyTuple_GET_SIZE(kwnames) > 0) || (n < count && !state.byRef.empty());
         // A pure rule given something that is no plain number may be given an array.
         if (!slow && m.arrayCall != Py_None)
             for (size_t k = 1; k <= n && !slow; ++k)
@@ -510,7 +510,7 @@ PyType_Slot kMemberSlots[] = {
     {0, nullptr},
 };
 
-PyType_Spec kMemberSpec = {
+PyType_Spec kMemberTypeDef = {
     "qvroofload._qvroofload.Member", sizeof(Member), 0,
     // Immutable, so that the interpreter may cache the method at the call site.
     Py_TPFLAGS_DEFAULT | Py_TPFLAGS_HAVE_VECTORCALL | Py_TPFLAGS_METHOD_DESCRIPTOR | Py_TPFLAGS_DISALLOW_INSTANTIATION |
@@ -526,19 +526,19 @@ qvrl::MemberKind KindOf(const std::string& kind) {
 
 py::object MakeMember(const py::dict& info, const py::object& arrange, const py::object& arrayCall,
                       const py::object& wrap) {
-    auto spec = std::make_unique<MemberSpec>();
-    spec->name = info["name"].cast<std::string>();
-    spec->kind = KindOf(info["kind"].cast<std::string>());
+    auto state = std::make_unique<MemberState>();
+    state->name = info["name"].cast<std::string>();
+    state->kind = KindOf(info["kind"].cast<std::string>());
     const auto mayHoldObjects = [](const std::string& t) { return t == "Object" || t == "Variant"; };
-    spec->wraps = mayHoldObjects(info["result"].cast<std::string>());
+    state->wraps = mayHoldObjects(info["result"].cast<std::string>());
     size_t k = 0;
     for (const py::handle p : info["params"].cast<py::list>()) {
         const auto type = p["type"].cast<std::string>();
         const bool byRef = p["by_ref"].cast<bool>();
-        spec->object.push_back(type == "Object" ? 1 : 0);
+        state->object.push_back(type == "Object" ? 1 : 0);
         if (byRef) {
-            spec->byRef.push_back(k);
-            spec->wraps = spec->wraps || mayHoldObjects(type);
+            state->byRef.push_back(k);
+            state->wraps = state->wraps || mayHoldObjects(type);
         }
         ++k;
     }
@@ -549,7 +549,7 @@ py::object MakeMember(const py::dict& info, const py::object& arrange, const py:
     m->arrange = Py_NewRef(arrange.ptr());
     m->arrayCall = Py_NewRef(arrayCall.ptr());
     m->wrap = Py_NewRef(wrap.ptr());
-    m->spec = spec.release();
+    m->state = state.release();
     return py::reinterpret_steal<py::object>(self);
 }
 
@@ -583,19 +583,19 @@ void ArrayLoop(const py::object& member, const py::object& self, const py::objec
                const py::list& inputs) {
     if (!PyObject_TypeCheck(member.ptr(), gMemberType)) throw py::type_error("array_loop needs a member");
     auto& m = *reinterpret_cast<Member*>(member.ptr());
-    MemberSpec& spec = *m.spec;
-    Handle* h = HandleOf(self.ptr(), spec);
+    MemberState& state = *m.state;
+    Handle* h = HandleOf(self.ptr(), state);
     if (!h) throw py::error_already_set();
-    const size_t count = spec.object.size();
+    const size_t count = state.object.size();
     if (static_cast<size_t>(py::len(inputs)) != count) qvrl::Raise(err::WrongArgumentCount);
-    Bind(spec, *h);
-    const qvrl::TypedCall* typed = spec.typed;
-    bool pure = typed && typed->result == NativeType::Double && spec.byRef.empty();
+    Bind(state, *h);
+    const qvrl::TypedCall* typed = state.typed;
+    bool pure = typed && typed->result == NativeType::Double && state.byRef.empty();
     for (size_t k = 0; pure && k < count; ++k) {
         const NativeType t = typed->params[k];
         pure = t == NativeType::Double || t == NativeType::Integer || t == NativeType::Long;
     }
-    if (!pure) throw py::type_error(spec.name + "() takes no arrays");
+    if (!pure) throw py::type_error(state.name + "() takes no arrays");
 
     const View o(out.ptr(), true, sizeof(double), "out is float64");
     if (o.Kind() != 'd') throw py::type_error("array_loop: out is float64");
@@ -696,10 +696,10 @@ void AddTyped(py::module_& m, PyObject* runtimeError) {
     if (!gArgumentError) throw py::error_already_set();
     m.attr("ArgumentError") = py::reinterpret_borrow<py::object>(gArgumentError);
 
-    gHandleType = reinterpret_cast<PyTypeObject*>(PyType_FromSpec(&kHandleSpec));
+    gHandleType = reinterpret_cast<PyTypeObject*>(PyType_FromSpec(&kHandleTypeDef));
     if (!gHandleType) throw py::error_already_set();
     m.attr("Handle") = py::reinterpret_borrow<py::object>(reinterpret_cast<PyObject*>(gHandleType));
-    gMemberType = reinterpret_cast<PyTypeObject*>(PyType_FromSpec(&kMemberSpec));
+    gMemberType = reinterpret_cast<PyTypeObject*>(PyType_FromSpec(&kMemberTypeDef));
     if (!gMemberType) throw py::error_already_set();
     m.attr("Member") = py::reinterpret_borrow<py::object>(reinterpret_cast<PyObject*>(gMemberType));
 
