@@ -1,6 +1,7 @@
 // The native half of the Python module: objects by class name, members by
 // name, tagged values to and from Python values. The classes a Python user
-// sees are built from the member tables in qvroofload/__init__.py.
+// sees are built from the member tables in qvroofload/__init__.py; their
+// members are called through typed.cpp.
 
 #include <pybind11/pybind11.h>
 #include <pybind11/stl.h>
@@ -18,6 +19,7 @@
 #include "support/DesktopPlatform.h"
 #include "support/errors.h"
 #include "support/vb.h"
+#include "typed.h"
 
 namespace py = pybind11;
 using qvrl::Dispatchable;
@@ -78,6 +80,10 @@ py::object DateOf(double serial) {
     return d.epoch + d.timedelta(py::arg("days") = static_cast<long long>(whole), py::arg("microseconds") = micros);
 }
 
+}  // namespace
+
+namespace qvrlpy {
+
 Variant FromPy(const py::handle& o, int depth) {
     if (o.is_none()) return Variant();
     if (py::isinstance<py::bool_>(o)) return Variant(o.cast<bool>());
@@ -89,9 +95,7 @@ Variant FromPy(const py::handle& o, int depth) {
         return qvrl::VariantFromInteger(static_cast<int64_t>(v));
     }
     if (py::isinstance<py::float_>(o)) {
-        const double v = o.cast<double>();
-        if (!std::isfinite(v)) Raise(err::InvalidCall, {}, "Invalid procedure call or argument: a number is not finite");
-        return Variant(v);
+        return Variant(Finite(o.cast<double>()));
     }
     if (py::isinstance<py::str>(o)) return Variant(o.cast<std::string>());
     if (py::isinstance<Dispatchable>(o)) return Variant(o.cast<std::shared_ptr<Dispatchable>>());
@@ -136,6 +140,12 @@ py::object ToPy(const Variant& v) {
     }
     return py::none();
 }
+
+}  // namespace qvrlpy
+
+namespace {
+using qvrlpy::FromPy;
+using qvrlpy::ToPy;
 
 std::vector<Variant> ArgsFrom(const py::sequence& args) {
     std::vector<Variant> values;
@@ -208,19 +218,16 @@ PYBIND11_MODULE(_qvroofload, m) {
     m.attr("TYPELIB_ID") = qvrl::typelib::Id;
     m.attr("TYPELIB_VERSION") = py::make_tuple(qvrl::typelib::VersionMajor, qvrl::typelib::VersionMinor);
     m.attr("TYPELIB_DOC") = qvrl::typelib::Documentation;
+    m.attr("__version__") = QVRL_VERSION;
 
     // Created once and kept by the module; the translator below only borrows it.
     static py::exception<qvrl::RuntimeError> error(m, "RuntimeError", PyExc_RuntimeError);
+    qvrlpy::AddTyped(m, error.ptr());
     py::register_exception_translator([](std::exception_ptr p) {
         try {
             if (p) std::rethrow_exception(p);
         } catch (const qvrl::RuntimeError& e) {
-            const std::string text = "Run-time error '" + std::to_string(e.number()) + "': " + e.description();
-            py::object inst = py::handle(error.ptr())(text);
-            inst.attr("number") = e.number();
-            inst.attr("description") = e.description();
-            inst.attr("source") = e.source();
-            PyErr_SetObject(error.ptr(), inst.ptr());
+            qvrlpy::SetError(e);
         }
     });
 

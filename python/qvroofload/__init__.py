@@ -12,9 +12,33 @@ units.
 A member with in/out arguments returns a tuple: its result, then the new
 values of its in/out arguments in their order. In/out arguments at the end
 may be left out; they start empty. A run-time error of the library raises
-qvroofload.RuntimeError with .number and .description. None passes as an
-empty value (and, to an object parameter, as Nothing); Basic's Null is
-qvroofload.Null.
+qvroofload.RuntimeError with .number and .description; a wrong argument
+count (450) or an argument of the wrong type (13) raises
+qvroofload.ArgumentError, which is both a qvroofload.RuntimeError and a
+TypeError. None passes as an empty value (and, to an object parameter, as
+Nothing); Basic's Null is qvroofload.Null.
+
+Each member is called with its own signature: the arguments go straight
+into the member's parameter types, without a look-up by name.
+
+Array calls. The rules of CWindSnow over numbers (every parameter an
+Integer, Long or Double by value, a Double result) also take NumPy arrays,
+broadcast as NumPy does, in any mix with scalars, and return a float64 array
+of the broadcast shape. Each element is the value the scalar call with those
+arguments gives, bit for bit. Arrays must hold numbers (integer or float
+dtype); a scalar converts as in a scalar call.
+
+    >>> import numpy as np
+    >>> ws.WindPressure_EN_1991_1_4(54, 2, np.array([5.0, 10.0]), 0.0, 25.0, 0.0, 0.0)
+    array([...])
+
+An element that faults: by default (errors="raise") the call raises the
+error of the first faulting element in C order, with .index, the element's
+index tuple, added. With errors="mask" it returns (values, numbers): values
+NaN where an element faulted, numbers the int32 error number per element,
+0 where it did not.
+
+__version__ is the version of the library the module was built with.
 """
 
 import inspect as _inspect
@@ -25,6 +49,9 @@ from . import _qvroofload as _native
 
 RuntimeError = _native.RuntimeError  # noqa: A001 - the library's own error, a subclass of the built-in one
 RuntimeError.__module__ = __name__
+ArgumentError = _native.ArgumentError
+ArgumentError.__module__ = __name__
+__version__ = _native.__version__
 Null = _native.Null
 Nothing = _native.Nothing
 
@@ -33,9 +60,6 @@ TYPELIB_ID = _native.TYPELIB_ID
 TYPELIB_VERSION = _native.TYPELIB_VERSION
 TYPELIB_DOC = _native.TYPELIB_DOC
 use_qt_dialogs = _native.use_qt_dialogs
-
-# Result and parameter types that may carry an object reference.
-_MAY_HOLD_OBJECTS = frozenset(("Object", "Variant"))
 
 _classes = {}
 
@@ -46,10 +70,10 @@ def classes():
     return _native.classes()
 
 
-class _PublicObject:
+class _PublicObject(_native.Handle):
     """Base of the generated classes: a reference to one library object."""
 
-    __slots__ = ("_obj",)
+    __slots__ = ()
     _class_name = None
 
     def __init__(self):
@@ -103,19 +127,10 @@ def _signature(params, optional):
     return _inspect.Signature(plist)
 
 
-def _method(info):
-    name = info["name"]
-    params = info["params"]
+def _arranger(name, params, sig):
+    """Places keywords and fills left-out in/out arguments at the end."""
     count = len(params)
-    by_ref = [i for i, p in enumerate(params) if p["by_ref"]]
-    optional = 0
-    for p in reversed(params):
-        if not p["by_ref"]:
-            break
-        optional += 1
-    object_params = [i for i, p in enumerate(params) if p["type"] == "Object"]
-    wraps = info["result"] in _MAY_HOLD_OBJECTS or any(params[i]["type"] in _MAY_HOLD_OBJECTS for i in by_ref)
-    sig = _signature(params, optional)
+    optional = _optional_count(params)
     names = [p["name"] for p in params]
 
     def arrange(args, kwargs):
@@ -133,33 +148,68 @@ def _method(info):
                     raise TypeError("%s() missing argument '%s'" % (name, n))
         elif count - optional <= len(args) < count:
             args = tuple(args) + (None,) * (count - len(args))
-        if object_params:
-            args = list(args)
-            for i in object_params:
-                if i < len(args) and args[i] is None:
-                    args[i] = Nothing
         return args
 
-    # The common call, all arguments by position and no object parameter,
-    # goes straight to the native call.
-    direct = not object_params
-    call, call_ref = _native.call, _native.call_ref
-    if by_ref:
+    return arrange
 
-        def method(self, *args, **kwargs):
-            if kwargs or not direct or len(args) != count:
-                args = arrange(args, kwargs)
-            r = call_ref(self._obj, name, args, by_ref)
-            return _wrap(r) if wraps else r
 
-    else:
+_ARRAY_ERRORS = ("raise", "mask")
 
-        def method(self, *args, **kwargs):
-            if kwargs or not direct or len(args) != count:
-                args = arrange(args, kwargs)
-            r = call(self._obj, name, args)
-            return _wrap(r) if wraps else r
 
+def _array_caller(arrange, count):
+    """The array form of a pure rule: NumPy broadcasting, one rule call per
+    element in the native loop."""
+
+    def array_call(member, obj, args, kwargs):
+        import numpy as np
+
+        errors = kwargs.pop("errors", "raise")
+        if errors not in _ARRAY_ERRORS:
+            raise ValueError("errors must be 'raise' or 'mask', not %r" % (errors,))
+        if kwargs or len(args) != count:
+            args = arrange(args, kwargs)
+        arrays = [a for a in args if isinstance(a, np.ndarray)]
+        for a in arrays:
+            if a.dtype.kind not in "iuf":
+                raise _native.error(13, "an array of %s where numbers are required" % a.dtype)
+            if a.dtype.kind in "iu" and a.size and max(abs(int(a.max())), abs(int(a.min()))) > 1 << 53:
+                raise _native.error(6, "an integer array beyond 2^53")
+        shape = np.broadcast_shapes(*(a.shape for a in arrays))
+        inputs = [
+            np.ascontiguousarray(np.broadcast_to(a, shape), dtype=np.float64) if isinstance(a, np.ndarray) else a
+            for a in args
+        ]
+        out = np.empty(shape, dtype=np.float64)
+        numbers = np.zeros(shape, dtype=np.int32) if errors == "mask" else None
+        try:
+            _native.array_loop(member, obj, out, numbers, inputs)
+        except RuntimeError as e:
+            if isinstance(getattr(e, "index", None), int):
+                e.index = tuple(int(i) for i in np.unravel_index(e.index, shape))
+            raise
+        return out if numbers is None else (out, numbers)
+
+    return array_call
+
+
+def _is_pure(class_name, info):
+    """A rule of CWindSnow over numbers by value giving a Double takes arrays."""
+    return (
+        class_name == "CWindSnow"
+        and info["kind"] == "Method"
+        and info["result"] == "Double"
+        and all(p["type"] in ("Integer", "Long", "Double") and not p["by_ref"] for p in info["params"])
+    )
+
+
+def _method(class_name, info):
+    name = info["name"]
+    params = info["params"]
+    by_ref = [i for i, p in enumerate(params) if p["by_ref"]]
+    sig = _signature(params, _optional_count(params))
+    arrange = _arranger(name, params, sig)
+    pure = _is_pure(class_name, info)
+    method = _native.make_member(info, arrange, _array_caller(arrange, len(params)) if pure else None, _wrap)
     method.__name__ = name
     result = " As %s" % info["result"] if info["result"] else ""
     doc = "%s(%s)%s\n\n%s" % (name, _describe_params(params), result, info["doc"])
@@ -167,27 +217,30 @@ def _method(info):
         doc += "\n\nReturns (result, %s): the result, then the new values of the in/out arguments." % (
             ", ".join(params[i]["name"] for i in by_ref)
         )
+    if pure:
+        doc += "\n\nTakes NumPy arrays too (see the module's documentation on array calls)."
     method.__doc__ = doc
     if sig is not None:
         method.__signature__ = sig
     return method
 
 
+def _optional_count(params):
+    """In/out arguments at the end may be left out."""
+    optional = 0
+    for p in reversed(params):
+        if not p["by_ref"]:
+            break
+        optional += 1
+    return optional
+
+
 def _property(name, get_info, let_info):
     fget = fset = None
     if get_info is not None:
-
-        def fget(self):
-            return _wrap(_native.get(self._obj, name))
-
+        fget = _native.make_member(get_info, _arranger(name, [], None), None, _wrap)
     if let_info is not None:
-        to_nothing = let_info["params"][0]["type"] == "Object"
-
-        def fset(self, value):
-            if to_nothing and value is None:
-                value = Nothing
-            _native.let(self._obj, name, value)
-
+        fset = _native.make_member(let_info, _arranger(name, let_info["params"], None), None, _wrap)
     info = get_info if get_info is not None else let_info
     kind = "read and write" if get_info and let_info else ("read only" if get_info else "write only")
     vtype = get_info["result"] if get_info is not None else let_info["params"][0]["type"]
@@ -209,7 +262,7 @@ def _build(info):
     props = {}
     for m in info["members"]:
         if m["kind"] == "Method":
-            ns[m["name"]] = _method(m)
+            ns[m["name"]] = _method(name, m)
         else:
             pair = props.setdefault(m["name"], [None, None])
             pair[0 if m["kind"] == "PropertyGet" else 1] = m
@@ -241,6 +294,7 @@ def site(**options):
 
 __all__ = sorted(_classes) + [
     "RuntimeError",
+    "ArgumentError",
     "Null",
     "Nothing",
     "classes",

@@ -63,6 +63,21 @@ struct BoundMember {
     const void* type = nullptr;  // the class it was found on
 };
 
+// How a typed call takes one argument or gives its result: numbers, truth
+// values and texts in their own C++ type, everything else as a tagged value.
+enum class NativeType : uint8_t { Integer, Long, Double, Boolean, String, Tagged, None };
+
+// A member called with its arguments in their C++ types, for hosts that
+// convert their own values: no tagged values for the scalar types and no
+// look-up by name. args[i] points to an int16_t, int32_t, double, bool,
+// std::string or Variant as params[i] says; in/out arguments are updated in
+// place. result points to the type of `result` (nothing for None).
+struct TypedCall {
+    std::vector<NativeType> params;
+    NativeType result = NativeType::None;
+    std::function<void(void* target, void* const* args, void* result)> call;
+};
+
 // An object that can be called by member name. Objects are used from one
 // thread at a time.
 class Dispatchable {
@@ -92,6 +107,11 @@ public:
     // argument the value) would. Not found: error 438; found on another
     // class: error 430.
     virtual Variant CallBound(const BoundMember& member, std::vector<Variant>& args) = 0;
+    // The typed form of a bound member of this class; null when it has none.
+    virtual const TypedCall* TypedOf(const BoundMember& member) const {
+        (void)member;
+        return nullptr;
+    }
 
     // The member Invoke would call: a method, else a property get.
     const MemberInfo* FindCallable(const std::string& name) const;
@@ -331,7 +351,66 @@ template <class C>
 struct Entry {
     MemberInfo info;
     std::function<Variant(C&, std::vector<Variant>&)> call;
+    TypedCall typed;
 };
+
+template <class S>
+constexpr NativeType NativeTypeOf() {
+    if constexpr (std::is_same_v<S, int16_t>) return NativeType::Integer;
+    else if constexpr (std::is_same_v<S, int32_t>) return NativeType::Long;
+    else if constexpr (std::is_same_v<S, double>) return NativeType::Double;
+    else if constexpr (std::is_same_v<S, bool>) return NativeType::Boolean;
+    else if constexpr (std::is_same_v<S, std::string>) return NativeType::String;
+    else return NativeType::Tagged;
+}
+
+template <class R>
+constexpr NativeType ResultNativeType() {
+    if constexpr (std::is_void_v<R>) return NativeType::None;
+    else return NativeTypeOf<std::decay_t<R>>();
+}
+
+// One argument of a typed call: the caller's own value for the scalar types,
+// a converted copy of the tagged value otherwise.
+template <class A>
+struct TypedSlot {
+    using S = typename Conv<A>::Storage;
+    static constexpr bool kTagged = NativeTypeOf<S>() == NativeType::Tagged;
+    std::conditional_t<kTagged, S, S*> v;
+    explicit TypedSlot(void* p) : v(Init(p)) {}
+    static auto Init(void* p) {
+        if constexpr (kTagged) return S(Conv<A>::From(*static_cast<const Variant*>(p)));
+        else return static_cast<S*>(p);
+    }
+    S& Get() {
+        if constexpr (kTagged) return v;
+        else return *v;
+    }
+    void Back(void* p) {
+        if constexpr (kTagged && Conv<A>::byRef) *static_cast<Variant*>(p) = Conv<A>::Back(v);
+    }
+};
+
+template <class R, class V>
+void StoreTypedResult(void* result, V&& value) {
+    using D = std::decay_t<R>;
+    if constexpr (NativeTypeOf<D>() == NativeType::Tagged) *static_cast<Variant*>(result) = Result<D>::To(std::forward<V>(value));
+    else *static_cast<D*>(result) = std::forward<V>(value);
+}
+
+template <class C, class R, class... A, class F, size_t... I>
+void TypedCallWith(C& obj, F fn, void* const* args, void* result, std::index_sequence<I...>) {
+    (void)args;
+    (void)result;
+    // Braced initialisation converts the tagged arguments from left to right.
+    std::tuple<TypedSlot<A>...> st{TypedSlot<A>(args[I])...};
+    if constexpr (std::is_void_v<R>) {
+        (obj.*fn)(std::get<I>(st).Get()...);
+    } else {
+        StoreTypedResult<R>(result, (obj.*fn)(std::get<I>(st).Get()...));
+    }
+    (std::get<I>(st).Back(args[I]), ...);
+}
 
 // One or more entries of a table: a method, or the two halves of a property.
 template <class C>
@@ -373,6 +452,11 @@ Entry<C> MakeEntry(std::string name, MemberKind kind, F fn, std::vector<std::str
     e.call = [fn](C& obj, std::vector<Variant>& args) -> Variant {
         if (args.size() != sizeof...(A)) Raise(err::WrongArgumentCount);
         return CallWith<C, R, A...>(obj, fn, args, std::index_sequence_for<A...>{});
+    };
+    e.typed.params = {NativeTypeOf<typename Conv<A>::Storage>()...};
+    e.typed.result = ResultNativeType<R>();
+    e.typed.call = [fn](void* target, void* const* args, void* result) {
+        TypedCallWith<C, R, A...>(*static_cast<C*>(target), fn, args, result, std::index_sequence_for<A...>{});
     };
     return e;
 }
@@ -418,12 +502,20 @@ Group<C> BindProperty(std::string name, V C::*member, const std::string& doc) {
         if (!args.empty()) Raise(err::WrongArgumentCount);
         return Result<V>::To(obj.*member);
     };
+    get.typed.result = ResultNativeType<V>();
+    get.typed.call = [member](void* target, void* const*, void* result) {
+        StoreTypedResult<V>(result, static_cast<C*>(target)->*member);
+    };
     Entry<C> let;
     let.info = {name, MemberKind::PropertyLet, {{"value", Conv<V>::Type(), false}}, "", doc};
     let.call = [member](C& obj, std::vector<Variant>& args) -> Variant {
         if (args.size() != 1) Raise(err::WrongArgumentCount);
         obj.*member = Conv<V>::From(args[0]);
         return Variant();
+    };
+    let.typed.params = {NativeTypeOf<typename Conv<V>::Storage>()};
+    let.typed.call = [member](void* target, void* const* args, void*) {
+        static_cast<C*>(target)->*member = TypedSlot<V>(args[0]).Get();
     };
     es.push_back(std::move(get));
     es.push_back(std::move(let));
@@ -507,6 +599,12 @@ public:
         if (!member.entry) Raise(err::NoSuchMember, member.info ? member.info->name : std::string());
         if (member.type != TypeKey<C>()) Raise(err::NoAutomation, {}, "a member of another class");
         return static_cast<const Entry<C>*>(member.entry)->call(*target_, args);
+    }
+    const TypedCall* TypedOf(const BoundMember& member) const override {
+        if (!member.entry || member.type != TypeKey<C>()) return nullptr;
+        // An entry made by hand may have no typed form.
+        const TypedCall& t = static_cast<const Entry<C>*>(member.entry)->typed;
+        return t.call ? &t : nullptr;
     }
     Variant GetProperty(const std::string& name) override { return table_.Get(*target_, name); }
     void LetProperty(const std::string& name, const Variant& value) override { table_.Let(*target_, name, value); }
