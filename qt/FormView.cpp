@@ -34,21 +34,30 @@ FormView::FormView(Form& form, QWidget* parent) : QDialog(parent), form_(form) {
     const auto controls = form.Controls();
     // The models carry no positions: controls stand in tab order, a label
     // beside the field after it, the labels after a bar on one line under
-    // it, and a frame holds what follows it up to the next frame or button
-    // strip. Every button strip goes to the foot of the form.
+    // it, and a frame holds what follows it up to the next frame, button
+    // strip or control that stands on the form. Every button strip goes to
+    // the foot of the form.
+    bool inFrame = false;
     for (size_t i = 0; i < controls.size(); ++i) {
         Control& c = *controls[i];
         if (c.Kind() == ControlKind::QVButtons) {
             strips->addWidget(MakeControlWidget(c, this), 0, Qt::AlignBottom);
             rows = new QFormLayout;
             outer->addLayout(rows);
+            inFrame = false;
             continue;
         }
         if (c.Kind() == ControlKind::QVFrame) {
             auto* frame = static_cast<QGroupBox*>(MakeControlWidget(c, this));
             rows = new QFormLayout(frame);
             outer->addWidget(frame);
+            inFrame = true;
             continue;
+        }
+        if (c.OnForm && inFrame) {
+            rows = new QFormLayout;
+            outer->addLayout(rows);
+            inFrame = false;
         }
         QWidget* w = MakeControlWidget(c, this);
         if (c.Kind() == ControlKind::Label && i + 1 < controls.size() && IsField(controls[i + 1]->Kind())) {

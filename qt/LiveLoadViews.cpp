@@ -12,6 +12,7 @@
 #include "FormView.h"
 #include "QtPlatform.h"
 #include "controls/QVGridX.h"
+#include "dialogs/frmLiveLoadSelect_1.h"
 #include "support/errors.h"
 
 namespace qvrl::qt {
@@ -64,6 +65,9 @@ void FillGrid(QVGridX& m, QTableWidget* w) {
     for (int c = 0; c < w->columnCount(); ++c)
         if (w->columnWidth(c) > widest) w->setColumnWidth(c, widest);
     w->horizontalHeader()->setStretchLastSection(false);
+    // The load stands beside the row number, where no width of the texts can
+    // push it out of sight.
+    w->horizontalHeader()->moveSection(LiveLoadSelectForm::ColWert, LiveLoadSelectForm::ColZeile + 1);
 }
 
 // What the table shows of the grid, its selection aside.

@@ -100,6 +100,10 @@ public:
     void CausesValidation(bool v) { Set(causesValidation_, v); }
     // Free text a form keeps with the control.
     std::string Tag;
+    // The models carry no positions and a view puts a control into the frame
+    // before it; this one stands on the form instead, so that hiding that
+    // frame does not hide it too.
+    bool OnForm = false;
 
     // Whether the control can take the focus at all (enabled and visible are
     // checked apart).

@@ -32,6 +32,7 @@ frmLiveLoad_1::frmLiveLoad_1() {
     ValueBox(Add<QVTextBox>("txtG", 1), "0.00");
     txtG(1).Caption("g");
     chkNorm_ = &Add<CheckBox>("chkNorm");
+    chkNorm_->OnForm = true;
     QVButtons1_ = &Add<QVButtons>("QVButtons1");
 
     cbNorm_->Click = [this] { cbNorm_Click(); };

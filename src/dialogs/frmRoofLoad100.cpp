@@ -101,8 +101,10 @@ frmRoofLoad100::frmRoofLoad100() {
     for (int16_t i = 0; i < 6; ++i) SetUpDeadLoadBox(Add<QVTextBox>("txtG", i), i);
 
     chkNorm_ = &Add<CheckBox>("chkNorm");
+    chkNorm_->OnForm = true;
     chkNorm_->Caption("Werte entspr. Norm");
     cmdDefault_ = &Add<CommandButton>("cmdDefault");
+    cmdDefault_->OnForm = true;
     cmdDefault_->Caption("Werte als Standard festlegen");
     QVButtons1_ = &Add<QVButtons>("QVButtons1");
 

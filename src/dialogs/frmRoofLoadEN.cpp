@@ -92,8 +92,10 @@ frmRoofLoadEN::frmRoofLoadEN() {
     for (int16_t i = 0; i < 6; ++i) SetUpDeadLoadBox(Add<QVTextBox>("txtG", i), i);
 
     chkNorm_ = &Add<CheckBox>("chkNorm");
+    chkNorm_->OnForm = true;
     chkNorm_->Caption("Werte entspr. Norm");
     cmdDefault_ = &Add<CommandButton>("cmdDefault");
+    cmdDefault_->OnForm = true;
     cmdDefault_->Caption("Werte als Standard festlegen");
     QVButtons1_ = &Add<QVButtons>("QVButtons1");
 

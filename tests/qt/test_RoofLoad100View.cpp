@@ -54,9 +54,12 @@ private slots:
         SetPlatform(platform);
         QColor snowNote, windNote;
         QString zoneShown;
+        bool switchShown = false;
         WhenModal([&](QWidget* w) {
             auto* view = qobject_cast<FormView*>(w);
             if (!view) return;
+            // Without dead loads their group is hidden, the switch is not.
+            switchShown = view->WidgetOf("chkNorm")->isVisible();
             snowNote = view->WidgetOf("lblSnowH")->palette().color(QPalette::WindowText);
             windNote = view->WidgetOf("lblWindH")->palette().color(QPalette::WindowText);
             auto* zone = qobject_cast<QComboBox*>(view->WidgetOf("cbWZ"));
@@ -73,6 +76,7 @@ private slots:
             QVERIFY(roof.OnOk());
         }
         SetPlatform(nullptr);
+        QVERIFY(switchShown);
         QCOMPARE(snowNote, QColor(255, 0, 0));
         QVERIFY(windNote != QColor(255, 0, 0));
         QCOMPARE(zoneShown, QStringLiteral("2"));

@@ -51,9 +51,12 @@ private slots:
         auto platform = std::make_shared<QtPlatform>();
         SetPlatform(platform);
         bool typed = false;
+        bool switchShown = false;
         WhenModal([&](QWidget* w) {
             auto* view = qobject_cast<FormView*>(w);
             if (!view) return;
+            // Without dead loads their group is hidden, the switch is not.
+            switchShown = view->WidgetOf("chkNorm")->isVisible();
             auto* box = static_cast<QVTextBoxWidget*>(view->WidgetOf("txtWind(0)"));
             // The offscreen platform activates no window, so the click into
             // the box is handed to the model as the view hands on focus.
@@ -70,6 +73,7 @@ private slots:
             CRoofLoad roof;
             roof.ShowRoofLoadDlg_EN(file.toStdString());
             QVERIFY(typed);
+            QVERIFY(switchShown);
             QVERIFY(roof.OnOk());
         }
         SetPlatform(nullptr);
