@@ -3,7 +3,7 @@
 #include <vector>
 
 #include "catalogue/modLiveLoadMDB.h"
-#include "dialogs/LoadDialogFrame.h"
+#include "dialogs/RoofLoadFrame.h"
 #include "dialogs/frmLiveLoadSelect_1.h"
 #include "support/CLocLite.h"
 #include "support/ModuleState.h"
@@ -22,15 +22,14 @@ frmLiveLoad_1::frmLiveLoad_1() {
     lbNorm_ = &Add<Label>("lbNorm");
     cbNorm_ = &Add<ComboBox>("cbNorm");
     Frame1_ = &Add<QVFrame>("Frame1");
-    ValueBox(Add<QVTextBox>("txtVerkehr", 0), "0.00");
+    roofframe::ValueBox(Add<QVTextBox>("txtVerkehr", 0), "0.00");
     cmdp_ = &Add<CommandButton>("cmdp");
-    ValueBox(Add<QVTextBox>("txtVerkehr", 1), "0.00");
+    roofframe::ValueBox(Add<QVTextBox>("txtVerkehr", 1), "0.00");
     cmdpPlus_ = &Add<CommandButton>("cmdpPlus");
-    ValueBox(Add<QVTextBox>("txtVerkehr", 2), "0.00");
+    roofframe::ValueBox(Add<QVTextBox>("txtVerkehr", 2), "0.00");
     Frame3_ = &Add<QVFrame>("Frame3");
-    RemarkBox(Add<QVTextBox>("txtG", 0));
-    ValueBox(Add<QVTextBox>("txtG", 1), "0.00");
-    txtG(1).Caption("g");
+    roofframe::SetUpDeadLoadBox(Add<QVTextBox>("txtG", 0), 0);
+    roofframe::SetUpDeadLoadBox(Add<QVTextBox>("txtG", 1), 1);
     chkNorm_ = &Add<CheckBox>("chkNorm");
     chkNorm_->OnForm = true;
     QVButtons1_ = &Add<QVButtons>("QVButtons1");
@@ -62,23 +61,23 @@ void frmLiveLoad_1::LoadsCaption() { Frame1_->Caption(cbNorm_->Text() + T(473));
 
 void frmLiveLoad_1::UpdateData(bool toData, const std::string& /*controlName*/) {
     if (toData) {
-        Grundwert_p = BoxNumber(txtVerkehr(0));
-        Zuschlag_p = BoxNumber(txtVerkehr(1));
-        Rechenwert_p = BoxNumber(txtVerkehr(2));
+        Grundwert_p = roofframe::Number(txtVerkehr(0));
+        Zuschlag_p = roofframe::Number(txtVerkehr(1));
+        Rechenwert_p = roofframe::Number(txtVerkehr(2));
         NachNorm = chkNorm_->Value() == 1;
         if (MitG) {
             g0_Bemerkung = txtG(0).ReadValue(2).toString();
-            Rechenwert_g0 = BoxNumber(txtG(1));
+            Rechenwert_g0 = roofframe::Number(txtG(1));
         }
         return;
     }
     Updating = true;
-    if (MitNormSelect) SelectNormOrFirst(*cbNorm_, Norm);
+    if (MitNormSelect && roofframe::SelectOrFirst(*cbNorm_, Norm))
+        Norm = static_cast<int16_t>(cbNorm_->ItemData(cbNorm_->ListIndex()));
     txtVerkehr(0).Text(Variant(Grundwert_p));
     txtVerkehr(1).Text(Variant(Zuschlag_p));
     txtVerkehr(2).Text(Variant(Rechenwert_p));
-    chkNorm_->Value(NachNorm ? 1 : 0);
-    for (int16_t i = 0; i < 3; ++i) OwnedValue(txtVerkehr(i), NachNorm);
+    roofframe::ShowNachNorm(*chkNorm_, NachNorm, {&txtVerkehr(0), &txtVerkehr(1), &txtVerkehr(2)});
     cmdp_->Enabled(true);
     cmdpPlus_->Enabled(true);
     Frame3_->Visible(MitG);
