@@ -339,6 +339,11 @@ struct CallOptions {
 
 }  // namespace
 
+void BatchStreams() {
+    std::ios::sync_with_stdio(false);
+    std::cin.tie(nullptr);
+}
+
 void AnswerCallRequests(std::istream& in, std::ostream& out) {
     Batch batch;
     std::string line;
@@ -349,9 +354,10 @@ void AnswerCallRequests(std::istream& in, std::ostream& out) {
         answer.clear();
         AnswerLine(batch, line, answer);
         answer += '\n';
-        // Each answer goes out before the next line is read, so that a host
-        // waiting for it is not left waiting.
         out.write(answer.data(), static_cast<std::streamsize>(answer.size()));
+        // A host that sends a line and waits gets its answer at once; a
+        // batch already waiting is answered in large writes.
+        if (in.rdbuf()->in_avail() <= 0) out.flush();
     }
     out.flush();
 }
@@ -382,6 +388,7 @@ void AddCallCommand(CLI::App& app, Context& ctx) {
             return;
         }
         if (o->jsonl) {
+            BatchStreams();
             AnswerCallRequests(std::cin, std::cout);
             ctx.exitCode = 0;
             return;

@@ -391,6 +391,9 @@ void AnswerCpRequests(std::istream& in, std::ostream& out) {
         AnswerLine(roof, members, line, answer);
         answer += '\n';
         out.write(answer.data(), static_cast<std::streamsize>(answer.size()));
+        // A host that sends a line and waits gets its answer at once; a
+        // batch already waiting is answered in large writes.
+        if (in.rdbuf()->in_avail() <= 0) out.flush();
     }
     out.flush();
 }
@@ -438,6 +441,7 @@ void AddCpCommand(CLI::App& app, Context& ctx) {
                 ctx.exitCode = 2;
                 return;
             }
+            BatchStreams();
             AnswerCpRequests(std::cin, std::cout);
             ctx.exitCode = 0;
             return;

@@ -40,6 +40,10 @@ Variant VariantFromWord(const std::string& word, size_t position);
 void AnswerCallRequests(std::istream& in, std::ostream& out);
 // The loop of `cp --jsonl`, alike: one roof object for the whole input.
 void AnswerCpRequests(std::istream& in, std::ostream& out);
+// Before a batch loop: the standard streams leave stdio's line-by-line
+// synchronisation and reading no longer flushes the answers, so the loops
+// decide when to write.
+void BatchStreams();
 
 void AddShowCommand(CLI::App& app, Context& ctx);
 

@@ -1,5 +1,9 @@
 #include <gtest/gtest.h>
+#include <poll.h>
+#include <sys/wait.h>
+#include <unistd.h>
 
+#include <algorithm>
 #include <fstream>
 #include <nlohmann/json.hpp>
 #include <sstream>
@@ -227,3 +231,55 @@ TEST_F(CliCall, ListShowsSignatures) {
 }
 
 }  // namespace
+
+// A host that writes one request and waits for its answer before the next
+// gets each answer at once, from call and cp alike; the ten seconds only end
+// a hang, they measure nothing.
+TEST_F(CliCall, AHostWaitingForEachAnswerGetsIt) {
+    const struct {
+        const char* command;
+        const char* request;
+        const char* answerStarts;
+    } cases[] = {
+        {"call", R"({"call":"CWindSnow.SnowMue2","args":[45]})", R"({"result":1.6})"},
+        {"cp", R"({"form":"wall","hzud":2.5})", "{"},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.command);
+        int toTool[2], fromTool[2];
+        ASSERT_EQ(pipe(toTool), 0);
+        ASSERT_EQ(pipe(fromTool), 0);
+        const pid_t pid = fork();
+        ASSERT_GE(pid, 0);
+        if (pid == 0) {
+            dup2(toTool[0], 0);
+            dup2(fromTool[1], 1);
+            close(toTool[1]);
+            close(fromTool[0]);
+            execl(QVRL_CLI_PATH, QVRL_CLI_PATH, c.command, "--jsonl", static_cast<char*>(nullptr));
+            _exit(127);
+        }
+        close(toTool[0]);
+        close(fromTool[1]);
+        const std::string line = std::string(c.request) + "\n";
+        for (int round = 0; round < 3; ++round) {
+            ASSERT_EQ(write(toTool[1], line.data(), line.size()), static_cast<ssize_t>(line.size()));
+            std::string answer;
+            while (answer.empty() || answer.back() != '\n') {
+                pollfd p{fromTool[0], POLLIN, 0};
+                ASSERT_EQ(poll(&p, 1, 10000), 1) << "no answer to request " << round;
+                char buf[4096];
+                const ssize_t n = read(fromTool[0], buf, sizeof buf);
+                ASSERT_GT(n, 0);
+                answer.append(buf, static_cast<size_t>(n));
+            }
+            EXPECT_EQ(answer.rfind(c.answerStarts, 0), 0u) << answer;
+            EXPECT_EQ(std::count(answer.begin(), answer.end(), '\n'), 1) << answer;
+        }
+        close(toTool[1]);
+        close(fromTool[0]);
+        int status = 0;
+        ASSERT_EQ(waitpid(pid, &status, 0), pid);
+        EXPECT_TRUE(WIFEXITED(status) && WEXITSTATUS(status) == 0);
+    }
+}
