@@ -108,6 +108,19 @@ bool Form::SetFocus(Control& c) {
     return true;
 }
 
+void Form::AcceptAndHide() {
+    if (Updating) return;
+    UpdateData(true, "");
+    Accepted = true;
+    Hide();
+}
+
+void Form::CancelAndHide() {
+    if (Updating) return;
+    Accepted = false;
+    Hide();
+}
+
 void Form::EnterTabsEscapeCancels(std::function<void()> cancel, std::function<bool(Control&)> onReturn) {
     for (Control* c : Controls())
         c->KeyDown = [this, c, cancel, onReturn](int16_t& k, int16_t) {

@@ -112,6 +112,12 @@ protected:
     // has the focus. Call after the last control is added.
     void EnterTabsEscapeCancels(std::function<void()> cancel,
                                 std::function<bool(Control&)> onReturn = {});
+    // OK and Cancel of the load dialogs: OK reads every box back and
+    // accepts, Cancel keeps the properties as they were; both hide the form,
+    // which ends its modal show. Neither acts while the form fills its
+    // controls.
+    void AcceptAndHide();
+    void CancelAndHide();
 
     // Form events; Form_Load localizes by default.
     virtual void Form_Load() { Localize(); }

@@ -158,18 +158,9 @@ void frmLiveLoad_1::cmdpPlus_Click() {
     SendTab();
 }
 
-void frmLiveLoad_1::QVButtons1_OnOk() {
-    if (Updating) return;
-    UpdateData(true, "");
-    Accepted = true;
-    Hide();
-}
+void frmLiveLoad_1::QVButtons1_OnOk() { AcceptAndHide(); }
 
-void frmLiveLoad_1::QVButtons1_OnCancel() {
-    if (Updating) return;
-    Accepted = false;
-    Hide();
-}
+void frmLiveLoad_1::QVButtons1_OnCancel() { CancelAndHide(); }
 
 void frmLiveLoad_1::Localize() {
     Caption(T(9650));

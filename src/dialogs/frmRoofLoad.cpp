@@ -229,18 +229,9 @@ void frmRoofLoad::cmdDefault_Click() {
     StoreDefaults(v, TownRec{}, defWind_, defSnow_, NachNorm);
 }
 
-void frmRoofLoad::QVButtons1_OnOk() {
-    if (Updating) return;
-    UpdateData(true, "");
-    Accepted = true;
-    Hide();
-}
+void frmRoofLoad::QVButtons1_OnOk() { AcceptAndHide(); }
 
-void frmRoofLoad::QVButtons1_OnCancel() {
-    if (Updating) return;
-    Accepted = false;
-    Hide();
-}
+void frmRoofLoad::QVButtons1_OnCancel() { CancelAndHide(); }
 
 void frmRoofLoad::Localize() {
     LocalizeFrame(*this, *lbNorm_, *chkNorm_, *cmdDefault_, *QVButtons1_);

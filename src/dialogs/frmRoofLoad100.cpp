@@ -369,18 +369,9 @@ void frmRoofLoad100::cmdDefault_Click() {
                   NachNorm);
 }
 
-void frmRoofLoad100::QVButtons1_OnOk() {
-    if (Updating) return;
-    UpdateData(true, "");
-    Accepted = true;
-    Hide();
-}
+void frmRoofLoad100::QVButtons1_OnOk() { AcceptAndHide(); }
 
-void frmRoofLoad100::QVButtons1_OnCancel() {
-    if (Updating) return;
-    Accepted = false;
-    Hide();
-}
+void frmRoofLoad100::QVButtons1_OnCancel() { CancelAndHide(); }
 
 void frmRoofLoad100::Localize() {
     LocalizeFrame(*this, *lbNorm_, *chkNorm_, *cmdDefault_, *QVButtons1_);

@@ -495,18 +495,9 @@ void frmRoofLoadEN::cmdOro_Click() {
     f.Unload();
 }
 
-void frmRoofLoadEN::QVButtons1_OnOk() {
-    if (Updating) return;
-    UpdateData(true, "");
-    Accepted = true;
-    Hide();
-}
+void frmRoofLoadEN::QVButtons1_OnOk() { AcceptAndHide(); }
 
-void frmRoofLoadEN::QVButtons1_OnCancel() {
-    if (Updating) return;
-    Accepted = false;
-    Hide();
-}
+void frmRoofLoadEN::QVButtons1_OnCancel() { CancelAndHide(); }
 
 void frmRoofLoadEN::Localize() {
     LocalizeFrame(*this, *lbNorm_, *chkNorm_, *cmdDefault_, *QVButtons1_);
