@@ -112,45 +112,32 @@ void frmLiveLoad_1::chkNorm_Click() {
 void frmLiveLoad_1::cmdp_Click() {
     if (Updating) return;
     frmLiveLoadSelect_1 grid;
-    grid.Load();
-    grid.Norm = Norm;
-    grid.Init_Me();
-    grid.SetCursor();
-    grid.Kat = Grundwert_Kat;
-    grid.Zeile = Grundwert_Zeile;
-    grid.UpdateData(false, "");
-    grid.Show();
-    // The row's texts belong to the load taken: a Cancel keeps the old ones.
-    if (grid.Accepted) {
-        Grundwert_p = grid.Lastwert();
-        Grundwert_Kat = grid.Kat;
-        Grundwert_Zeile = grid.Zeile;
-        Grundwert_Nutz = grid.Nutz;
-        Grundwert_Bsp = grid.Bsp;
-    }
-    Rechenwert_p = LiveLoadDesignValue(Norm, Grundwert_p, Zuschlag_p);
-    UpdateData(false, "");
-    grid.Unload();
-    SendTab();
+    ChooseFromCatalogue(grid, Grundwert_p, Grundwert_Kat, Grundwert_Zeile, Grundwert_Nutz, Grundwert_Bsp);
 }
 
 void frmLiveLoad_1::cmdpPlus_Click() {
     if (Updating) return;
     frmLiveLoadSelectAdd_1 grid;
+    ChooseFromCatalogue(grid, Zuschlag_p, Zuschlag_Kat, Zuschlag_Zeile, Zuschlag_Nutz, Zuschlag_Bsp);
+}
+
+void frmLiveLoad_1::ChooseFromCatalogue(LiveLoadSelectForm& grid, double& load, std::string& kat, std::string& zeile,
+                                        std::string& nutz, std::string& bsp) {
     grid.Load();
     grid.Norm = Norm;
     grid.Init_Me();
     grid.SetCursor();
-    grid.Kat = Zuschlag_Kat;
-    grid.Zeile = Zuschlag_Zeile;
+    grid.Kat = kat;
+    grid.Zeile = zeile;
     grid.UpdateData(false, "");
     grid.Show();
+    // The row's texts belong to the load taken: a Cancel keeps the old ones.
     if (grid.Accepted) {
-        Zuschlag_p = grid.Lastwert();
-        Zuschlag_Kat = grid.Kat;
-        Zuschlag_Zeile = grid.Zeile;
-        Zuschlag_Nutz = grid.Nutz;
-        Zuschlag_Bsp = grid.Bsp;
+        load = grid.Lastwert();
+        kat = grid.Kat;
+        zeile = grid.Zeile;
+        nutz = grid.Nutz;
+        bsp = grid.Bsp;
     }
     Rechenwert_p = LiveLoadDesignValue(Norm, Grundwert_p, Zuschlag_p);
     UpdateData(false, "");

@@ -13,6 +13,8 @@
 
 namespace qvrl {
 
+class LiveLoadSelectForm;
+
 class frmLiveLoad_1 : public Form {
 public:
     frmLiveLoad_1();
@@ -51,6 +53,10 @@ public:
     void QVButtons1_OnCancel();
 
 private:
+    // Both catalogue buttons: the grid opens at the row the fields name and,
+    // if accepted, hands back its load and texts.
+    void ChooseFromCatalogue(LiveLoadSelectForm& grid, double& load, std::string& kat, std::string& zeile,
+                             std::string& nutz, std::string& bsp);
     QVTextBox& txtVerkehr(int16_t i) const { return Get<QVTextBox>(ControlKey("txtVerkehr", i)); }
     QVTextBox& txtG(int16_t i) const { return Get<QVTextBox>(ControlKey("txtG", i)); }
     void ValueAccepted(QVTextBox& box);
