@@ -122,15 +122,8 @@ std::vector<std::string> Texts(const std::map<std::string, Variant>& row, const 
 // --- GV100AD ----------------------------------------------------------------
 
 TEST_F(TownImport, DirectoryFillsTownTablesAndLists) {
-    const TownImportReport r = ImportGv100ad(Fixture("gv100ad_small.asc"), db_);
-    EXPECT_EQ(r.source,
-              "gv100ad_small.asc (Gebietsstand 30.11.2021): 6 states, 4 regions, 6 counties, 9 municipalities");
-    // Nine municipalities and the county rows of Gifhorn, Städteregion Aachen
-    // and Bautzen; county-free cities are their own county.
-    ASSERT_EQ(r.tables.size(), 6u);
-    for (const TableTally& t : r.tables)
-        EXPECT_EQ(t, (TableTally{t.file, t.table, 12, 0, 0, 0})) << t.file << " " << t.table;
-
+    // The report and its tallies are pinned where the command line prints them.
+    ImportGv100ad(Fixture("gv100ad_small.asc"), db_);
     const std::vector<std::string> cols = {"BL_ID",    "BL_Name", "Reg_ID", "Reg_Name", "LK_ID", "LK_Name", "Gem_ID",
                                            "Gemeinde", "PLZ",     "WZ",     "SZ",       "BemW",  "BemS"};
     struct Case {
@@ -189,8 +182,7 @@ TEST_F(TownImport, RerunChangesNothingAndKeepsEnteredZones) {
     ImportGv100ad(Fixture("gv100ad_small.asc"), db_);
     ImportZones(Fixture("zones_small.csv"), db_);
     const auto before = Snapshot();
-    const TownImportReport again = ImportGv100ad(Fixture("gv100ad_small.asc"), db_);
-    for (const TableTally& t : again.tables) EXPECT_EQ(t, (TableTally{t.file, t.table, 0, 0, 12, 0}));
+    ImportGv100ad(Fixture("gv100ad_small.asc"), db_);
     EXPECT_EQ(Snapshot(), before);
 
     // A newer directory renames a town and drops another: the name follows,
@@ -413,14 +405,9 @@ TEST_F(TownImport, MissingListFilesAreLeftOutAndSaid) {
 
 TEST_F(TownImport, DeepestZoneKeyWinsWhateverTheOrder) {
     ImportGv100ad(Fixture("gv100ad_small.asc"), db_);
-    const TownImportReport r = ImportZones(Fixture("zones_small.csv"), db_);
-    EXPECT_EQ(r.source,
-              "zones_small.csv: 4 keys (2 of 2 digits, 0 of 3 digits, 1 of 5 digits, 1 of 8 digits) for Land_ID 50");
+    EXPECT_EQ(ImportZones(Fixture("zones_small.csv"), db_).notes, std::vector<std::string>{});
     // Köln by state 05; Städteregion Aachen and Alsdorf by county 05334;
     // Aachen by itself; Bautzen's towns by state 14; the rest by nothing.
-    EXPECT_EQ(r.tables[0], (TableTally{"qvrl.mdb", "slzwlz", 0, 7, 0, 5}));
-    EXPECT_EQ(r.tables[1], (TableTally{"qvrl.mdb", "slzwlz1 (Land_ID 50)", 0, 7, 0, 5}));
-    EXPECT_EQ(r.notes, std::vector<std::string>{});
 
     const std::vector<std::string> cols = {"WZ", "SZ", "BemW", "BemS", "sk", "hNN"};
     struct Case {
@@ -493,12 +480,7 @@ TEST_F(TownImport, BadZoneRowsChangeNothing) {
 // --- Austria ----------------------------------------------------------------
 
 TEST_F(TownImport, AustrianListTakesAustrianKeyWidths) {
-    const TownImportReport r = ImportAtMunicipalities(Fixture("gemliste_small.csv"), db_);
-    EXPECT_EQ(r.source, "gemliste_small.csv: 5 municipalities");
-    EXPECT_EQ(r.tables, (std::vector<TableTally>{{"qvrl.mdb", "slzwlz1 (Land_ID 51)", 5, 0, 0, 0}}));
-    EXPECT_EQ(
-        r.notes,
-        (std::vector<std::string>{"8 further postcodes checked, not stored: a town row holds the one of its office"}));
+    ImportAtMunicipalities(Fixture("gemliste_small.csv"), db_);
     const std::vector<std::string> cols = {"Land_ID",  "Land",  "BL_ID",  "BL_Name",  "BL_ShortName", "Reg_ID",
                                            "Reg_Name", "LK_ID", "Gem_ID", "Gemeinde", "PLZ",          "sk"};
     EXPECT_EQ(Texts(Town("slzwlz1", "30201"), cols),
