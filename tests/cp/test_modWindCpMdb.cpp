@@ -65,22 +65,11 @@ Row MakeRow(int16_t Typ, int32_t Norm, double Theta, double key, Cells cells, do
     return r;
 }
 
-// Column names of cpe in the order of the shipped table.
-std::vector<std::pair<std::string, double CpWindRecord::*>> DoubleColumns() {
-    std::vector<std::pair<std::string, double CpWindRecord::*>> c = {
-        {"Theta", &R::Theta}, {"Alpha", &R::Alpha}, {"HzuD", &R::HzuD}, {"HPzuH", &R::HPzuH}, {"RzuH", &R::RzuH}};
-    const size_t order[] = {9, 10, 11, 12, 13, 0, 1, 2, 3, 4, 5, 6, 7, 8, 14};
-    for (size_t z : order) {
-        const CpZoneSlots& s = kCpZones[z];
-        const std::string n = s.name;
-        c.push_back({n + "10", s.s10});
-        c.push_back({n + "10a", s.s10a});
-        c.push_back({n + "1", s.s1});
-        c.push_back({n + "1a", s.s1a});
-    }
-    c.push_back({"Mue", &R::Mue});
-    c.push_back({"Innen", &R::Innen});
-    c.push_back({"Innena", &R::Innena});
+// The double columns of cpe: every field but AlphaTr, which the store fills
+// from Alpha. Their order is not the shipped table's, as the loader goes by name.
+std::vector<test::CpField> DoubleColumns() {
+    std::vector<test::CpField> c = test::CpDoubleFields();
+    std::erase_if(c, [](const test::CpField& f) { return f.name == "AlphaTr"; });
     return c;
 }
 
@@ -266,7 +255,6 @@ double GapAbove(double row) {
     while (v - row > kCpKeyTolerance) v = std::nextafter(v, -kInf);
     while (v - row < kCpKeyTolerance) v = std::nextafter(v, kInf);
     EXPECT_EQ(v - row, kCpKeyTolerance);
-    EXPECT_EQ(row - v, -kCpKeyTolerance);
     return v;
 }
 
@@ -439,20 +427,25 @@ TEST_F(CpeRoute, FlatRoofsHaveATrueSlopeAndTheirOwnEnds) {
 }
 
 TEST_F(CpeRoute, InternalPressureIgnoresTheRequestedHzuD) {
+    const struct {
+        int16_t TrTyp;
+        double Theta, mue;
+        double Mue, Innen, HzuD;
+    } cases[] = {
+        {0, 400.0, 0.5, 0.5, -0.3, 0.0},     // guarded: sign change gives row 2
+        {0, 0.0, 0.1, 0.33, 0.35, 0.0},      // clamped below
+        {0, 0.0, 2.0, 0.9, -0.3, 0.00005},   // clamped above; the row of HzuD 1 was never seen
+        {1, 135.0, 0.2, 0.2, 0.5, 0.0},      // TrTyp selects rows, Theta 135 maps to 180 here
+        {1, 10.0, 0.2, 0.2, 0.6, 0.0},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(testing::Message() << c.TrTyp << " " << c.Theta << " " << c.mue);
+        CpWindRecord out;
+        Get_Wind_Cp_Innen_Mdb(7, c.TrTyp, c.Theta, c.mue, out);
+        EXPECT_EQ((std::vector{out.Mue, out.Innen, out.Innena, out.HzuD}),
+                  (std::vector{c.Mue, c.Innen, -c.Innen, c.HzuD}));
+    }
     CpWindRecord out;
-    Get_Wind_Cp_Innen_Mdb(7, 0, 400.0, 0.5, out);
-    ExpectCells(out, {{"Mue", 0.5}, {"Innen", -0.3}, {"Innena", 0.3}});  // guarded: sign change gives row 2
-    Get_Wind_Cp_Innen_Mdb(7, 0, 0.0, 0.1, out);
-    EXPECT_EQ(out.Innen, 0.35);  // clamped below
-    EXPECT_EQ(out.Mue, 0.33);
-    Get_Wind_Cp_Innen_Mdb(7, 0, 0.0, 2.0, out);
-    EXPECT_EQ(out.Innen, -0.3);  // clamped above; the row of HzuD 1 was never seen
-    EXPECT_EQ(out.HzuD, 0.00005);
-    // TrTyp selects rows, Theta 135 maps to 180 here.
-    Get_Wind_Cp_Innen_Mdb(7, 1, 135.0, 0.2, out);
-    EXPECT_EQ(out.Innen, 0.5);
-    Get_Wind_Cp_Innen_Mdb(7, 1, 10.0, 0.2, out);
-    EXPECT_EQ(out.Innen, 0.6);
     Get_Wind_Cp_Innen_Mdb(7, 2, 10.0, 0.2, out);
     EXPECT_EQ(out, CpWindRecord{});
 }
@@ -621,11 +614,9 @@ TEST_F(CpeStore, TextFileRouteKeepsFileOrderAndReadsAnew) {
 
     CpWindRows rows;
     Get_Wind_Cp_Satteldach_FromMdb(7, 0.0, rows);
-    ASSERT_EQ(CpRowCount(rows), 4);
-    EXPECT_EQ(rows[1].F10, -1.0);  // file order, nothing sorted
-    EXPECT_EQ(rows[2].F10, -2.0);
-    EXPECT_EQ(rows[3].F10, -3.0);
-    EXPECT_EQ(rows[4].F10, -4.0);
+    std::vector<double> f10;
+    for (int32_t i = 1; i <= CpRowCount(rows); ++i) f10.push_back(rows[i].F10);
+    EXPECT_EQ(f10, (std::vector<double>{-1.0, -2.0, -3.0, -4.0}));  // file order, nothing sorted
     EXPECT_EQ(rows[1].ID, 1);
     EXPECT_EQ(rows[1].Typ, 4);
     EXPECT_EQ(rows[1].Remark, "r");
@@ -753,16 +744,6 @@ TEST_F(CpeShipped, DinRowsEqualTheBuiltInTables) {
         Get_Wind_Cp_Innen_FromMdb(norm, 0, 0, inside);
         EXPECT_EQ(CpRowCount(inside), 0);
     }
-    // Both routes agree on a stored row, and differ outside the table.
-    CpWindRecord store, builtin;
-    Get_Wind_Cp_Satteldach_Mdb(3, 0, 30, store);
-    Get_Wind_Cp_Satteldach(0, 30, builtin);
-    store.Norm = 0;
-    EXPECT_EQ(store, builtin);
-    Get_Wind_Cp_Satteldach_Mdb(3, 0, 80, store);
-    Get_Wind_Cp_Satteldach(0, 80, builtin);
-    EXPECT_EQ(store.Alpha, 75.0);
-    EXPECT_EQ(builtin, CpWindRecord{});
 }
 
 }  // namespace

@@ -63,15 +63,21 @@ protected:
                    bool withComments = true) {
         WriteRoofBlocks(f, r.town, r.wind, r.snow, withComments, 10000, ctrlNorm, codes);
     }
-    Roof ReadRoof(const std::string& f, int16_t& ctrlNorm, std::string& codes) {
+    // The version and codes the block readers report land in ctrl_ and codes_.
+    Roof ReadRoof(const std::string& f) {
         Roof r;
-        ReadRoofBlocks(f, r.town, r.wind, r.snow, 10000, ctrlNorm, codes);
+        ReadRoofBlocks(f, r.town, r.wind, r.snow, 10000, ctrl_, codes_);
         return r;
     }
-    Roof ReadRoof(const std::string& f) {
-        int16_t c = 0;
-        std::string s;
-        return ReadRoof(f, c, s);
+    LiveLoadRec Live(const std::string& f) {
+        LiveLoadRec r;
+        ReadLiveBlocks(f, r, 10000, ctrl_, codes_);
+        return r;
+    }
+    DeadLoadRec Dead(const std::string& f, double factor = 10000) {
+        DeadLoadRec r;
+        ReadDeadBlocks(f, r, factor, ctrl_, codes_);
+        return r;
     }
     std::vector<std::string> Listing() const {
         std::vector<std::string> names;
@@ -80,83 +86,60 @@ protected:
         return names;
     }
     fs::path dir_;
+    int16_t ctrl_ = 0;
+    std::string codes_;
 };
 
 // ---------------------------------------------------------------- tokeniser
 
-struct KeyCase {
-    std::string in;
-    bool keep;
-    std::string key;
-    std::string after;
-};
-
-TEST(BlockTokeniser, ExtractBlockKeyCutsUpperCasesAndReplacesCommas) {
-    const KeyCase cases[] = {
-        {"VERSION 004 001", false, "VERSION", "004 001   "},
-        {"VERSION 004 001", true, "VERSION", "VERSION 004 001"},
-        {"abcd", false, "", "abcd"},                               // fewer than five characters
-        {"   @TOWN x", true, "", "@TOWN x"},                       // comments stay trimmed despite keepLine
-        {"snowload 1,0.00007,250,2", false, "SNOWLOAD", "1 0.00007 250 2   "},
-        {"WINDLOAD,1", false, "", "WINDLOAD 1"},                   // no blank: no key
-        {"WINDLOAD,1 2", false, "WINDLOAD,1", "2   "},             // the first separator has to be a blank
-        {"  TOWN   'a,b'  ", false, "TOWN", "'a b'     "},         // quoted commas go too
-        {" @\xC3\x84\xC3\x96", false, "", " @\xC3\x84\xC3\x96"},   // four characters in six bytes
-        {"  @\xC3\x84\xC3\x96", false, "", "@\xC3\x84\xC3\x96"},   // five characters
-        {"t\xC3\xA4st x", false, "T\xC3\x84ST", "x   "},
+// Each tokeniser takes its token off the line; the line is what remains.
+TEST(BlockTokeniser, TokensAndWhatRemains) {
+    enum Fn { Key, Field, Quoted };
+    const struct {
+        Fn fn;
+        std::string in;
+        bool keep;
+        Variant value;
+        std::string after;
+    } cases[] = {
+        {Key, "VERSION 004 001", false, "VERSION", "004 001   "},
+        {Key, "VERSION 004 001", true, "VERSION", "VERSION 004 001"},
+        {Key, "abcd", false, "", "abcd"},                               // fewer than five characters
+        {Key, "   @TOWN x", true, "", "@TOWN x"},                       // comments stay trimmed despite keepLine
+        {Key, "snowload 1,0.00007,250,2", false, "SNOWLOAD", "1 0.00007 250 2   "},
+        {Key, "WINDLOAD,1", false, "", "WINDLOAD 1"},                   // no blank: no key
+        {Key, "WINDLOAD,1 2", false, "WINDLOAD,1", "2   "},             // the first separator has to be a blank
+        {Key, "  TOWN   'a,b'  ", false, "TOWN", "'a b'     "},         // quoted commas go too
+        {Key, " @\xC3\x84\xC3\x96", false, "", " @\xC3\x84\xC3\x96"},   // four characters in six bytes
+        {Key, "  @\xC3\x84\xC3\x96", false, "", "@\xC3\x84\xC3\x96"},   // five characters
+        {Key, "t\xC3\xA4st x", false, "T\xC3\x84ST", "x   "},
+        {Field, "1 2", false, 1.0, "2"},
+        {Field, "12.5% 'a%b'  ", false, 12.5, "'a b'  "},  // "%" goes from the rest, not from the token
+        {Field, "5", false, int16_t{0}, "5"},               // no blank behind it: the last number is lost
+        {Field, "   'ab c' 7", false, "ab c", "7"},
+        {Field, "abc 1", false, 0.0, "1"},
+        {Field, "&H1F x", false, 31.0, "x"},
+        {Field, "-1.5e2 x", false, -150.0, "x"},
+        {Field, "", false, int16_t{0}, ""},
+        {Field, "1 2", true, 1.0, "1 2"},
+        {Field, "'q' 1", true, "q", "1"},  // the quoted road ends before keepLine is looked at
+        {Quoted, "'ab'", false, "ab", ""},
+        {Quoted, "ab", false, "", "ab"},                 // fewer than three characters
+        {Quoted, "'abc", false, "", "abc"},              // no closing apostrophe
+        {Quoted, "x ab ' rest", false, "ab", "rest"},    // whatever comes first is dropped
+        {Quoted, "'\xC3\x84" "b' z", false, "\xC3\x84" "b", "z"},
+        {Quoted, "\xC3\x84" "bc'd", false, "bc", "d"},   // one character, not one byte
+        {Quoted, "'  padded  '  next", false, "padded", "next"},
+        {Quoted, "  'ab'", false, "ab", ""},
+        {Quoted, "'ab' x", true, "ab", "'ab' x"},
     };
     for (const auto& c : cases) {
-        SCOPED_TRACE(c.in);
+        SCOPED_TRACE(testing::Message() << c.fn << " " << c.in);
         std::string line = c.in;
-        EXPECT_EQ(ExtractBlockKey(line, c.keep), c.key);
-        EXPECT_EQ(line, c.after);
-    }
-}
-
-struct FieldCase {
-    std::string in;
-    bool keep;
-    Variant value;
-    std::string after;
-};
-
-TEST(BlockTokeniser, NextFieldTokensQuotesAndPercent) {
-    const FieldCase cases[] = {
-        {"1 2", false, 1.0, "2"},
-        {"12.5% 'a%b'  ", false, 12.5, "'a b'  "},  // "%" goes from the rest, not from the token
-        {"5", false, int16_t{0}, "5"},               // no blank behind it: the last number is lost
-        {"   'ab c' 7", false, std::string("ab c"), "7"},
-        {"abc 1", false, 0.0, "1"},
-        {"&H1F x", false, 31.0, "x"},
-        {"-1.5e2 x", false, -150.0, "x"},
-        {"", false, int16_t{0}, ""},
-        {"1 2", true, 1.0, "1 2"},
-        {"'q' 1", true, std::string("q"), "1"},  // the quoted road ends before keepLine is looked at
-    };
-    for (const auto& c : cases) {
-        SCOPED_TRACE(c.in);
-        std::string line = c.in;
-        EXPECT_EQ(NextField(line, c.keep), c.value);
-        EXPECT_EQ(line, c.after);
-    }
-}
-
-TEST(BlockTokeniser, NextQuotedFieldDropsFirstCharacterOnTrust) {
-    const KeyCase cases[] = {
-        {"'ab'", false, "ab", ""},
-        {"ab", false, "", "ab"},                 // fewer than three characters
-        {"'abc", false, "", "abc"},              // no closing apostrophe
-        {"x ab ' rest", false, "ab", "rest"},    // whatever comes first is dropped
-        {"'\xC3\x84" "b' z", false, "\xC3\x84" "b", "z"},
-        {"\xC3\x84" "bc'd", false, "bc", "d"},   // one character, not one byte
-        {"'  padded  '  next", false, "padded", "next"},
-        {"  'ab'", false, "ab", ""},
-        {"'ab' x", true, "ab", "'ab' x"},
-    };
-    for (const auto& c : cases) {
-        SCOPED_TRACE(c.in);
-        std::string line = c.in;
-        EXPECT_EQ(NextQuotedField(line, c.keep), c.key);
+        const Variant got = c.fn == Key     ? Variant(ExtractBlockKey(line, c.keep))
+                            : c.fn == Field ? NextField(line, c.keep)
+                                            : Variant(NextQuotedField(line, c.keep));
+        EXPECT_EQ(got, c.value);
         EXPECT_EQ(line, c.after);
     }
 }
@@ -164,16 +147,14 @@ TEST(BlockTokeniser, NextQuotedFieldDropsFirstCharacterOnTrust) {
 // ---------------------------------------------------------------- the example file
 
 TEST_F(BlockFile, ExampleWrittenByteForByteAndReadBack) {
-    const std::string f = File();
+    const std::string f = Put("");  // an empty file counts as new
     WriteRoof(f, ExampleRoof());
     EXPECT_EQ(test::ReadFile(f), kExample);
 
-    int16_t ctrlNorm = 0;
-    std::string codes;
-    const Roof r = ReadRoof(f, ctrlNorm, codes);
+    const Roof r = ReadRoof(f);
     EXPECT_EQ(State().FileVersion, 4);
-    EXPECT_EQ(ctrlNorm, 1);
-    EXPECT_EQ(codes, "_1_3_");
+    EXPECT_EQ(ctrl_, 1);
+    EXPECT_EQ(codes_, "_1_3_");
     Roof want = ExampleRoof();
     want.wind.q0 = 0.000050 * 10000;  // the file's text times the scale
     want.snow.s0 = 0.000075 * 10000;
@@ -182,7 +163,7 @@ TEST_F(BlockFile, ExampleWrittenByteForByteAndReadBack) {
     EXPECT_EQ(r.wind, want.wind);
     EXPECT_EQ(r.snow, want.snow);
 
-    WriteRoof(f, r, ctrlNorm, codes);
+    WriteRoof(f, r, ctrl_, codes_);
     EXPECT_EQ(test::ReadFile(f), kExample);
 }
 
@@ -251,13 +232,12 @@ TEST_F(BlockFile, RoofReadVariants) {
     for (const auto& c : cases) {
         SCOPED_TRACE(c.name);
         ResetModuleState();
-        const std::string f = Put(c.text);
-        int16_t ctrlNorm = 7;
-        std::string codes = "keep";
-        const Roof r = ReadRoof(f, ctrlNorm, codes);
+        ctrl_ = 7;
+        codes_ = "keep";
+        const Roof r = ReadRoof(Put(c.text));
         EXPECT_EQ(State().FileVersion, c.version);
-        EXPECT_EQ(ctrlNorm, c.ctrlNorm);
-        EXPECT_EQ(codes, "keep");
+        EXPECT_EQ(ctrl_, c.ctrlNorm);
+        EXPECT_EQ(codes_, "keep");
         EXPECT_EQ(r.wind.Norm, c.windNorm);
         EXPECT_EQ(r.wind.qb, c.qb);
         EXPECT_EQ(r.snow.Norm, c.snowNorm);
@@ -269,16 +249,15 @@ TEST_F(BlockFile, RoofReadVariants) {
 TEST_F(BlockFile, VersionIsTakenAsEachLineComes) {
     // No VERSION line: the file is read by the version last read in this process.
     const std::string noVersion = Put("WINDLOAD 53 0.0001 5 1 1 7\r\n", "old.asc");
-    int16_t ctrlNorm = 7;
-    std::string codes;
-    Roof r = ReadRoof(noVersion, ctrlNorm, codes);
-    EXPECT_EQ(ctrlNorm, 7);
+    ctrl_ = 7;
+    Roof r = ReadRoof(noVersion);
+    EXPECT_EQ(ctrl_, 7);
     EXPECT_EQ(r.wind.qb, 0.5 * 1.0 / 10000);  // a fresh process counts as version 0
     EXPECT_EQ(r.wind.Norm, 211);
 
-    ReadRoof(Put("VERSION 004\r\n", "v4.asc"), ctrlNorm, codes);
-    EXPECT_EQ(ctrlNorm, -99);
-    r = ReadRoof(noVersion, ctrlNorm, codes);
+    ReadRoof(Put("VERSION 004\r\n", "v4.asc"));
+    EXPECT_EQ(ctrl_, -99);
+    r = ReadRoof(noVersion);
     EXPECT_EQ(r.wind.qb, 7.0);
     EXPECT_EQ(r.wind.Norm, 53);
 
@@ -307,11 +286,9 @@ TEST_F(BlockFile, TownAndCodes) {
     };
     for (const auto& c : cases) {
         SCOPED_TRACE(c.text);
-        int16_t ctrlNorm = 0;
-        std::string codes = "x";
-        const Roof r = ReadRoof(Put("VERSION 4 1\r\n" + c.text), ctrlNorm, codes);
-        EXPECT_EQ(r.town.AGS, c.ags);
-        EXPECT_EQ(codes, c.codes);
+        codes_ = "x";
+        EXPECT_EQ(ReadRoof(Put("VERSION 4 1\r\n" + c.text)).town.AGS, c.ags);
+        EXPECT_EQ(codes_, c.codes);
     }
 }
 
@@ -334,10 +311,8 @@ TEST_F(BlockFile, RoofReadRaisesLiveAndDeadStopQuietly) {
         live.Norm = 9;
         DeadLoadRec dead;
         dead.Norm = 9;
-        int16_t ctrlNorm = 5;
-        std::string codes = "c";
-        EXPECT_NO_THROW(ReadLiveBlocks(f, live, 10000, ctrlNorm, codes));
-        EXPECT_NO_THROW(ReadDeadBlocks(f, dead, 10000, ctrlNorm, codes));
+        EXPECT_NO_THROW(ReadLiveBlocks(f, live, 10000, ctrl_, codes_));
+        EXPECT_NO_THROW(ReadDeadBlocks(f, dead, 10000, ctrl_, codes_));
         EXPECT_EQ(live, LiveLoadRec{});
         EXPECT_EQ(dead, DeadLoadRec{});
     }
@@ -361,10 +336,7 @@ TEST_F(BlockFile, LiveBlock) {
         "VERSION 004 001\r\n"
         "LIVELOAD 3 0.0003 0.0002 1.5 '1' 'A1' 'Wohnen' 'Decken, Wohnr\xC3\xA4ume' 0.5 '2' 'Z' 'Trennwand' "
         "'x%y'\r\n");
-    LiveLoadRec live;
-    int16_t ctrlNorm = 0;
-    std::string codes;
-    ReadLiveBlocks(f, live, 10000, ctrlNorm, codes);
+    LiveLoadRec live = Live(f);
     LiveLoadRec want;
     want.Norm = 3, want.p = 0.0003 * 10000, want.Wert = 0.0002 * 10000, want.Wert2 = 1.5;  // Wert2 not scaled
     want.Zeile = "1", want.Unterkategorie = "A1", want.Nutzung = "Wohnen";
@@ -372,27 +344,21 @@ TEST_F(BlockFile, LiveBlock) {
     want.pAdd = 0.5, want.ZeileAdd = "2", want.KategorieAdd = "Z", want.NutzungAdd = "Trennwand";
     want.BspAdd = "x y";  // "%" behind a numeric field
     EXPECT_EQ(live, want);
-    EXPECT_EQ(ctrlNorm, 1);
+    EXPECT_EQ(ctrl_, 1);
 
     // Version 1 has no P0sgl; missing fields are 0 and "0".
-    ReadLiveBlocks(Put("VERSION 001\r\nLIVELOAD 1 0.0003 0.0002 'r' 'k' 'n' 'b' 0.5\r\n", "v1.asc"), live, 10000,
-                   ctrlNorm, codes);
+    live = Live(Put("VERSION 001\r\nLIVELOAD 1 0.0003 0.0002 'r' 'k' 'n' 'b' 0.5\r\n", "v1.asc"));
     EXPECT_EQ(live.Wert2, 0.0);
     EXPECT_EQ(live.Zeile, "r");
     EXPECT_EQ(live.Langtext, "b");
     EXPECT_EQ(live.pAdd, 0.5);
     EXPECT_EQ(live.ZeileAdd, "0");
     EXPECT_EQ(live.BspAdd, "0");
-    EXPECT_EQ(ctrlNorm, -99);
-}
+    EXPECT_EQ(ctrl_, -99);
 
-TEST_F(BlockFile, LiveErrorKeepsWhatWasParsedAndSkipsConversion) {
-    LiveLoadRec live;
-    int16_t ctrlNorm = 0;
-    std::string codes;
-    ReadLiveBlocks(Put("VERSION 003\r\nLIVELOAD 53 0.0001 0.0002 0 'a'\r\n"), live, 10000, ctrlNorm, codes);
-    EXPECT_EQ(live.Norm, 211);
-    ReadLiveBlocks(Put("VERSION 003\r\nLIVELOAD 53 0.0001 1e999 0 'a'\r\n"), live, 10000, ctrlNorm, codes);
+    // An error keeps what was parsed and skips the conversion of 53.
+    EXPECT_EQ(Live(Put("VERSION 003\r\nLIVELOAD 53 0.0001 0.0002 0 'a'\r\n")).Norm, 211);
+    live = Live(Put("VERSION 003\r\nLIVELOAD 53 0.0001 1e999 0 'a'\r\n"));
     EXPECT_EQ(live.Norm, 53);  // the error came before the conversion
     EXPECT_EQ(live.p, 0.0001 * 10000);
     EXPECT_EQ(live.Wert, 0.0);
@@ -400,32 +366,27 @@ TEST_F(BlockFile, LiveErrorKeepsWhatWasParsedAndSkipsConversion) {
 }
 
 TEST_F(BlockFile, DeadBlock) {
-    int16_t ctrlNorm = 0;
-    std::string codes;
-    DeadLoadRec dead;
     // The reader's factor is the literal 10000, whatever the caller passes;
     // the writer divides by the factor passed.
-    ReadDeadBlocks(Put("VERSION 004\r\nDEADLOAD 1 0.0001 'eins' 0.0002 'zwei' 0.0003 'drei'\r\n"), dead, 1.0,
-                   ctrlNorm, codes);
+    const DeadLoadRec dead = Dead(Put("VERSION 004\r\nDEADLOAD 1 0.0001 'eins' 0.0002 'zwei' 0.0003 'drei'\r\n"), 1.0);
     DeadLoadRec small;
     small.g0 = 1.0;
     WriteDeadBlocks(Put("VERSION 004\r\n", "s.asc"), small, false, 100);
     EXPECT_EQ(test::ReadFile(File("s.asc")), "VERSION 004\r\nDEADLOAD          0   0.010000 ''   0.000000 ''   0.000000 ''\r\n");
-    ReadDeadBlocks(File("s.asc"), small, 100, ctrlNorm, codes);
-    EXPECT_EQ(small.g0, 0.01 * 10000);
+    EXPECT_EQ(Dead(File("s.asc"), 100).g0, 0.01 * 10000);
+    WriteDeadBlocks(Put("", "e.asc"), DeadLoadRec{}, true, 10000);  // an empty file counts as new
+    EXPECT_EQ(test::ReadFile(File("e.asc")),
+              kDeadComment + "\r\nDEADLOAD          0   0.000000 ''   0.000000 ''   0.000000 ''\r\n");
     EXPECT_EQ(dead, (DeadLoadRec{1, 0.0001 * 10000, "eins", 0.0002 * 10000, "zwei", 0.0003 * 10000, "drei"}));
 
     // Before version 1 the second pair is the third.
     ResetModuleState();
-    ReadDeadBlocks(Put("DEADLOAD 1 0.0001 'eins' 0.0002 'zwei' 0.0003 'drei'\r\n", "v0.asc"), dead, 10000, ctrlNorm,
-                   codes);
-    EXPECT_EQ(dead, (DeadLoadRec{1, 0.0001 * 10000, "eins", 0.0, "", 0.0002 * 10000, "zwei"}));
+    EXPECT_EQ(Dead(Put("DEADLOAD 1 0.0001 'eins' 0.0002 'zwei' 0.0003 'drei'\r\n", "v0.asc")), (DeadLoadRec{1, 0.0001 * 10000, "eins", 0.0, "", 0.0002 * 10000, "zwei"}));
 
     // An apostrophe ends the description; the rest shifts until a quoted text
     // meets a number field and the read stops quietly.
-    ReadDeadBlocks(Put("VERSION 004\r\nDEADLOAD 1 0.0001 'Dach 'Nord'' 0.0002 'b' 0.0003 'c'\r\n", "apo.asc"), dead,
-                   10000, ctrlNorm, codes);
-    EXPECT_EQ(dead, (DeadLoadRec{1, 0.0001 * 10000, "Dach", 0.0, "0.0002", 0.0, ""}));
+    EXPECT_EQ(Dead(Put("VERSION 004\r\nDEADLOAD 1 0.0001 'Dach 'Nord'' 0.0002 'b' 0.0003 'c'\r\n", "apo.asc")),
+              (DeadLoadRec{1, 0.0001 * 10000, "Dach", 0.0, "0.0002", 0.0, ""}));
 }
 
 // ---------------------------------------------------------------- writing
@@ -544,10 +505,7 @@ TEST_F(BlockFile, LiveRewriteDropsRoofBlocks) {
                   kWindComment + "\r\n" + kSnowComment + "\r\n" + kLiveComment +
                   "\r\nLIVELOAD          3   0.000200   0.000150   2.000000 '1' 'A1' 'Wohnen' 'Dachgeschoss'     "
                   "0.8000 'z' '' '' ''\r\n");
-    LiveLoadRec back;
-    int16_t ctrlNorm = 0;
-    std::string codes;
-    ReadLiveBlocks(f, back, 10000, ctrlNorm, codes);
+    const LiveLoadRec back = Live(f);
     EXPECT_EQ(back.p, 0.0002 * 10000);
     EXPECT_EQ(back.Wert2, 2.0);
     EXPECT_EQ(back.Langtext, "Dachgeschoss");
@@ -576,15 +534,6 @@ TEST_F(BlockFile, RoofSessionWithDeadLoads) {
     WriteDeadBlocks(File("d.asc"), dead, false, 10000);
     EXPECT_EQ(test::ReadFile(File("d.asc")),
               "VERSION 002 000\r\n  @DEADLOAD indented\r\n" + dl + "FOO bar\r\n  x\r\n");
-}
-
-TEST_F(BlockFile, WritersTreatAnEmptyFileAsNew) {
-    WriteRoof(Put(""), ExampleRoof());
-    EXPECT_EQ(test::ReadFile(File()), kExample);
-    DeadLoadRec dead;
-    WriteDeadBlocks(Put("", "d.asc"), dead, true, 10000);
-    EXPECT_EQ(test::ReadFile(File("d.asc")),
-              kDeadComment + "\r\nDEADLOAD          0   0.000000 ''   0.000000 ''   0.000000 ''\r\n");
 }
 
 // ---------------------------------------------------------------- safe rewrite
@@ -801,11 +750,7 @@ TEST_F(BlockFile, SecondWriterWaitsForTheLock) {
     EXPECT_TRUE(WIFEXITED(status) && WEXITSTATUS(status) == 0);
     // Neither update is lost: the child read what the parent wrote.
     EXPECT_EQ(ReadRoof(f).town.AGS, "parent");
-    DeadLoadRec back;
-    int16_t c = 0;
-    std::string codes;
-    ReadDeadBlocks(f, back, 10000, c, codes);
-    EXPECT_EQ(back.Descr0, "child");
+    EXPECT_EQ(Dead(f).Descr0, "child");
     EXPECT_EQ(Listing(), std::vector<std::string>{"roof.asc"});
 }
 
@@ -814,10 +759,7 @@ TEST_F(BlockFile, SecondWriterWaitsForTheLock) {
 TEST_F(BlockFile, Windows1252IsReadAndWrittenBackIn1252) {
     // "Dachgeschoß €" in code page 1252.
     const std::string f = Put("VERSION 004 001\r\nDEADLOAD 1 0.0001 'Dachgescho\xDF \x80' 0 '' 0 ''\r\n");
-    DeadLoadRec dead;
-    int16_t ctrlNorm = 0;
-    std::string codes;
-    ReadDeadBlocks(f, dead, 10000, ctrlNorm, codes);
+    DeadLoadRec dead = Dead(f);
     EXPECT_EQ(dead.Descr0, "Dachgescho\xC3\x9F \xE2\x82\xAC");
     dead.Descr1 = "Stra\xC3\x9F" "e";
     dead.Descr2 = "\xC5\x81\xC3\xB3" "d\xC5\xBA";  // Łódź: Ł and ź are not in 1252
@@ -828,7 +770,7 @@ TEST_F(BlockFile, Windows1252IsReadAndWrittenBackIn1252) {
 
     // Valid UTF-8 stays UTF-8, and a byte order mark stays in front.
     const std::string u = Put("\xEF\xBB\xBFVERSION 004 001\r\nDEADLOAD 1 0 'Stra\xC3\x9F" "e' 0 '' 0 ''\r\n", "u.asc");
-    ReadDeadBlocks(u, dead, 10000, ctrlNorm, codes);
+    dead = Dead(u);
     EXPECT_EQ(dead.Descr0, "Stra\xC3\x9F" "e");
     WriteDeadBlocks(u, dead, false, 10000);
     EXPECT_EQ(test::ReadFile(u).substr(0, 20), "\xEF\xBB\xBFVERSION 004 001\r\n");
