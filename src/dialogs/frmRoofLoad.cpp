@@ -64,8 +64,8 @@ frmRoofLoad::frmRoofLoad() {
 
     // Only these boxes move the dialog on; a typed design value waits for OK.
     const std::pair<QVTextBox*, const char*> followed[] = {{&txtWind(0), "_HG"}, {&txtSnow(1), "_SLZ"}};
-    for (const auto& [box, name] : followed) {
-        box->ValidateEvent = [this, box, n = std::string(name)](bool& ok) {
+    for (const auto& f : followed) {
+        f.first->ValidateEvent = [this, box = f.first, n = std::string(f.second)](bool& ok) {
             if (ok) ValueAccepted(*box, n);
         };
     }

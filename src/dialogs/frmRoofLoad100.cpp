@@ -128,8 +128,8 @@ frmRoofLoad100::frmRoofLoad100() {
         {&txtG(0), "_G0"},    {&txtG(1), "_G0"},    {&txtG(2), "_G1"},    {&txtG(3), "_G1"},
         {&txtG(4), "_G2"},    {&txtG(5), "_G2"},
     };
-    for (const auto& [box, name] : named) {
-        box->ValidateEvent = [this, box, n = std::string(name)](bool& ok) {
+    for (const auto& f : named) {
+        f.first->ValidateEvent = [this, box = f.first, n = std::string(f.second)](bool& ok) {
             if (ok) ValueAccepted(*box, n);
         };
     }
