@@ -67,7 +67,8 @@ void FillGrid(QVGridX& m, QTableWidget* w) {
     w->horizontalHeader()->setStretchLastSection(false);
     // The load stands beside the row number, where no width of the texts can
     // push it out of sight.
-    w->horizontalHeader()->moveSection(LiveLoadSelectForm::ColWert, LiveLoadSelectForm::ColZeile + 1);
+    QHeaderView* header = w->horizontalHeader();
+    header->moveSection(header->visualIndex(LiveLoadSelectForm::ColWert), LiveLoadSelectForm::ColZeile + 1);
 }
 
 // What the table shows of the grid, its selection aside.

@@ -1,6 +1,7 @@
 // The catalogue grid on screen: a click on a heading leaves the cursor
 // where it was, a click on a load row selects it in the model.
 
+#include <QHeaderView>
 #include <QTableWidget>
 #include <QTemporaryDir>
 #include <QTest>
@@ -44,6 +45,8 @@ private slots:
         const QVGridX& g = f.gridSel();
         QCOMPARE(table->rowCount(), g.RowCount());
         QCOMPARE(table->item(0, LiveLoadSelectForm::ColWert)->text(), QString("0"));
+        // The load stands beside the row number, however often the grid is filled.
+        QCOMPARE(table->horizontalHeader()->visualIndex(LiveLoadSelectForm::ColWert), 1);
         QCOMPARE(g.RowFlags(1), gridflag::Heading);
         QCOMPARE(table->item(1, 0)->flags(), Qt::NoItemFlags);
         QCOMPARE(g.SelectedRow(), 0);
