@@ -20,6 +20,25 @@
 
 namespace qvrl::roofframe {
 
+// The properties every roof load form has, under the names the sessions set.
+struct RoofLoadProperties {
+    double Rechenwert_wq = 0.0;
+    double Hoehe_Geb = 0.0;
+    double Rechenwert_s0 = 0.0;
+    int16_t SLZ = 0;
+    double Hoehe_NN = 0.0;
+    bool NachNorm = false;
+    bool MitNormSelect = false;
+    bool MitG = false;
+    double Rechenwert_g0 = 0.0;
+    std::string g0_Bemerkung;
+    double Rechenwert_g1 = 0.0;
+    std::string g1_Bemerkung;
+    double Rechenwert_g2 = 0.0;
+    std::string g2_Bemerkung;
+    bool MitVorschlag = false;
+};
+
 std::string T(int32_t number);
 
 // The item of that code, -1 for none.

@@ -9,6 +9,7 @@
 #include <string>
 
 #include "controls/Form.h"
+#include "dialogs/RoofLoadFrame.h"
 #include "controls/QVButtons.h"
 #include "controls/QVLabel.h"
 #include "controls/QVTextBox.h"
@@ -16,29 +17,14 @@
 
 namespace qvrl {
 
-class frmRoofLoad : public Form {
+class frmRoofLoad : public Form, public roofframe::RoofLoadProperties {
 public:
     frmRoofLoad();
     std::string FormName() const override { return "frmRoofLoad"; }
 
-    // --- properties, in the order the dialog lists them ---
+    // --- properties besides those of RoofLoadProperties ---
     int16_t Norm() const { return norm_; }
     void Norm(int16_t v) { norm_ = v; }
-    double Rechenwert_wq = 0.0;
-    double Hoehe_Geb = 0.0;
-    double Rechenwert_s0 = 0.0;
-    int16_t SLZ = 0;
-    double Hoehe_NN = 0.0;
-    bool NachNorm = false;
-    bool MitNormSelect = false;
-    bool MitG = false;
-    double Rechenwert_g0 = 0.0;
-    std::string g0_Bemerkung;
-    double Rechenwert_g1 = 0.0;
-    std::string g1_Bemerkung;
-    double Rechenwert_g2 = 0.0;
-    std::string g2_Bemerkung;
-    bool MitVorschlag = false;
 
     void Init_Me() override;
     void UpdateData(bool toData, const std::string& controlName) override;

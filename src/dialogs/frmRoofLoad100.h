@@ -11,6 +11,7 @@
 #include <string>
 
 #include "controls/Form.h"
+#include "dialogs/RoofLoadFrame.h"
 #include "controls/QVButtons.h"
 #include "controls/QVLabel.h"
 #include "controls/QVTextBox.h"
@@ -18,29 +19,15 @@
 
 namespace qvrl {
 
-class frmRoofLoad100 : public Form {
+class frmRoofLoad100 : public Form, public roofframe::RoofLoadProperties {
 public:
     frmRoofLoad100();
     std::string FormName() const override { return "frmRoofLoad100"; }
 
-    // --- properties, in the order the session sets them ---
+    // --- properties besides those of RoofLoadProperties ---
     int16_t Norm = 0;
-    double Rechenwert_wq = 0.0;
-    double Hoehe_Geb = 0.0;
     int16_t WZ = 0;
     int16_t GebKat = 0;
-    double Rechenwert_s0 = 0.0;
-    int16_t SLZ = 0;
-    double Hoehe_NN = 0.0;
-    bool NachNorm = false;
-    bool MitNormSelect = false;
-    bool MitG = false;
-    double Rechenwert_g0 = 0.0;
-    std::string g0_Bemerkung;
-    double Rechenwert_g1 = 0.0;
-    std::string g1_Bemerkung;
-    double Rechenwert_g2 = 0.0;
-    std::string g2_Bemerkung;
     // Both live in the building height box: read-only, and hidden.
     bool EnabledBuildingHeight() const { return !txtWind(0).Locked(); }
     void EnabledBuildingHeight(bool v) { txtWind(0).Locked(!v); }
@@ -51,7 +38,6 @@ public:
     const std::string& AGS() const { return ags_; }
     // A key above 0 also looks the town up.
     void AGS(const std::string& v);
-    bool MitVorschlag = false;
 
     const TownRec& Town() const { return town_; }
 

@@ -9,6 +9,7 @@
 #include <string>
 
 #include "controls/Form.h"
+#include "dialogs/RoofLoadFrame.h"
 #include "controls/QVButtons.h"
 #include "controls/QVLabel.h"
 #include "controls/QVTextBox.h"
@@ -16,30 +17,16 @@
 
 namespace qvrl {
 
-class frmRoofLoadEN : public Form {
+class frmRoofLoadEN : public Form, public roofframe::RoofLoadProperties {
 public:
     frmRoofLoadEN();
     std::string FormName() const override { return "frmRoofLoadEN"; }
 
-    // --- properties, in the order the session sets them ---
+    // --- properties besides those of RoofLoadProperties ---
     int16_t Norm() const { return norm_; }
     // Also decides whether a town can be chosen.
     void Norm(int16_t v);
-    double Rechenwert_wq = 0.0;
-    double Hoehe_Geb = 0.0;
     int16_t GebKat = 0;
-    double Rechenwert_s0 = 0.0;
-    int16_t SLZ = 0;
-    double Hoehe_NN = 0.0;
-    bool NachNorm = false;
-    bool MitNormSelect = false;
-    bool MitG = false;
-    double Rechenwert_g0 = 0.0;
-    std::string g0_Bemerkung;
-    double Rechenwert_g1 = 0.0;
-    std::string g1_Bemerkung;
-    double Rechenwert_g2 = 0.0;
-    std::string g2_Bemerkung;
     // Both live in the building height box: read-only, and hidden.
     bool EnabledBuildingHeight() const { return !txtWind(0).Locked(); }
     void EnabledBuildingHeight(bool v) { txtWind(0).Locked(!v); }
@@ -55,7 +42,6 @@ public:
     double cSeason = 1.0;
     double DistShoreLine = 0.1 * 1000;
     double DistInsideTown = 0.0;
-    bool MitVorschlag = false;
 
     // Read-only views of the private state, for tests and views.
     int16_t Climate() const { return climate_; }
