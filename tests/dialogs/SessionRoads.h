@@ -11,6 +11,8 @@
 
 #include "TestEnv.h"
 #include "automation/Session.h"
+#include "location/test_modAGSMdb_fixture.h"
+#include "maintenance/StoreImports.h"
 
 namespace qvrl::test {
 
@@ -68,5 +70,20 @@ inline std::vector<std::string> FormsOf(const ScriptedPlatform& p) {
     for (const auto& f : p.Forms()) forms.push_back(f.name);
     return forms;
 }
+
+// A program folder whose qvrl.mdb holds the small town and zone fixtures,
+// for the roads through the town selection; file is the block file.
+class TownSessionTest : public TownDbTest {
+protected:
+    void SetUp() override {
+        TownDbTest::SetUp();
+        const std::string db = (program_ / "qvrl.mdb").string();
+        const std::string fixtures = std::string(QVRL_SOURCE_DIR) + "/tests/maintenance/fixtures/";
+        imports::Gv100ad(fixtures + "gv100ad_small.asc", db);
+        imports::Zones(fixtures + "zones_small.csv", db, 50);
+        file = (FreshFolder("blocks") / "roof.asc").string();
+    }
+    std::string file;
+};
 
 }  // namespace qvrl::test

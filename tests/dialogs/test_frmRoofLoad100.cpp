@@ -344,18 +344,7 @@ TEST_F(RoofLoad100Buttons, EnabledByTheirFiles) {
 
 // cmdAGS opens the town selection of the 2005 lists: the town's zones and
 // key reach the file, its name the label; the typed values stay.
-class RoofLoad100TownSession : public test::TownDbTest {
-protected:
-    void SetUp() override {
-        TownDbTest::SetUp();
-        const std::string db = (program_ / "qvrl.mdb").string();
-        const std::string fixtures = std::string(QVRL_SOURCE_DIR) + "/tests/maintenance/fixtures/";
-        imports::Gv100ad(fixtures + "gv100ad_small.asc", db);
-        imports::Zones(fixtures + "zones_small.csv", db, 50);
-        file = (test::FreshFolder("blocks") / "roof.asc").string();
-    }
-    std::string file;
-};
+class RoofLoad100TownSession : public test::TownSessionTest {};
 
 TEST_F(RoofLoad100TownSession, TownChosenThroughCmdAGS) {
     test::WriteFile(file, test::Fixture("din3_ok.asc"));

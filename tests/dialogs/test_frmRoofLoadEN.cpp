@@ -348,18 +348,7 @@ TEST_F(RoofLoadENForm, CbNormClickDoesNothingAndEnChoiceStays) {
 // cmdAGS opens the Eurocode town selection; the chosen town (Aach: sk 0.85,
 // 173 m, no qb, zone "1a" outside the Eurocode list) brings its snow load,
 // altitude, qb and key into the file and leaves the zone code.
-class RoofLoadENTownSession : public test::TownDbTest {
-protected:
-    void SetUp() override {
-        TownDbTest::SetUp();
-        const std::string db = (program_ / "qvrl.mdb").string();
-        const std::string fixtures = std::string(QVRL_SOURCE_DIR) + "/tests/maintenance/fixtures/";
-        imports::Gv100ad(fixtures + "gv100ad_small.asc", db);
-        imports::Zones(fixtures + "zones_small.csv", db, 50);
-        file = (test::FreshFolder("blocks") / "roof.asc").string();
-    }
-    std::string file;
-};
+class RoofLoadENTownSession : public test::TownSessionTest {};
 
 TEST_F(RoofLoadENTownSession, TownChosenThroughCmdAGS) {
     test::WriteFile(file, Fixture("en50.asc"));
