@@ -1,9 +1,13 @@
 #pragma once
 #include <QApplication>
+#include <QString>
 #include <QTimer>
 #include <QWidget>
+#include <fstream>
 #include <functional>
+#include <iterator>
 #include <memory>
+#include <string>
 #include <vector>
 
 namespace qvrl::qt::test {
@@ -30,6 +34,15 @@ inline void WhenModal(std::function<void(QWidget*)> f, int tries = 2000) {
         }
         if (tries > 0) WhenModal(f, tries - 1);
     });
+}
+
+// A block file as the sessions read and write it: bytes, no translation.
+inline void WriteBlockFile(const QString& path, const char* text) {
+    std::ofstream(path.toStdString(), std::ios::binary) << text;
+}
+inline std::string ReadBlockFile(const QString& path) {
+    std::ifstream in(path.toStdString(), std::ios::binary);
+    return std::string(std::istreambuf_iterator<char>(in), {});
 }
 
 }  // namespace qvrl::qt::test

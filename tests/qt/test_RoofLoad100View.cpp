@@ -32,11 +32,6 @@ const char* const kFile =
     "@SNOWLOAD        Norm        s0          h         sz\r\n"
     "SNOWLOAD          3   0.000085     820.00          1\r\n";
 
-std::string Read(const QString& path) {
-    std::ifstream in(path.toStdString(), std::ios::binary);
-    return std::string(std::istreambuf_iterator<char>(in), {});
-}
-
 }  // namespace
 
 class RoofLoad100ViewTest : public QObject {
@@ -46,10 +41,7 @@ private slots:
         QTemporaryDir dir;
         QVERIFY(dir.isValid());
         const QString file = dir.filePath(QStringLiteral("roof.asc"));
-        {
-            std::ofstream out(file.toStdString(), std::ios::binary);
-            out << kFile;
-        }
+        WriteBlockFile(file, kFile);
         auto platform = std::make_shared<QtPlatform>();
         SetPlatform(platform);
         QColor snowNote, windNote;
@@ -80,7 +72,7 @@ private slots:
         QCOMPARE(snowNote, QColor(255, 0, 0));
         QVERIFY(windNote != QColor(255, 0, 0));
         QCOMPARE(zoneShown, QStringLiteral("2"));
-        const std::string text = Read(file);
+        const std::string text = ReadBlockFile(file);
         // The zone list's own read recomputes q; the columns after it hold zone 2.
         QVERIFY2(text.find("      10.00          2          2          0\r\n") != std::string::npos, text.c_str());
         QVERIFY2(text.find("SNOWLOAD          3   0.000085     820.00          1\r\n") != std::string::npos,

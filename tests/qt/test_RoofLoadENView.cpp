@@ -30,11 +30,6 @@ const char* const kFile =
     "@SNOWLOAD        Norm        s0          h         sz\r\n"
     "SNOWLOAD         54   0.000085     250.00          2\r\n";
 
-std::string Read(const QString& path) {
-    std::ifstream in(path.toStdString(), std::ios::binary);
-    return std::string(std::istreambuf_iterator<char>(in), {});
-}
-
 }  // namespace
 
 class RoofLoadENViewTest : public QObject {
@@ -44,10 +39,7 @@ private slots:
         QTemporaryDir dir;
         QVERIFY(dir.isValid());
         const QString file = dir.filePath(QStringLiteral("roof.asc"));
-        {
-            std::ofstream out(file.toStdString(), std::ios::binary);
-            out << kFile;
-        }
+        WriteBlockFile(file, kFile);
         auto platform = std::make_shared<QtPlatform>();
         SetPlatform(platform);
         bool typed = false;
@@ -77,7 +69,7 @@ private slots:
             QVERIFY(roof.OnOk());
         }
         SetPlatform(nullptr);
-        const std::string text = Read(file);
+        const std::string text = ReadBlockFile(file);
         // h is the typed 12 m; q_p = 0.39 kN/m² · ce(12 m, category II) = 0.963 kN/m², to the hundredth.
         QVERIFY2(text.find("WINDLOAD         54   0.000096      12.00          0          2          0\r\n") !=
                      std::string::npos,
